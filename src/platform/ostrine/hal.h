@@ -13,8 +13,8 @@ extern "C" {
 
 /// Prepares `device_class`; may be called again for a class that is prepared already.
 ///
-/// `table` is null for a class without a table (processor, baseboard, battery). Otherwise it is the address of
-/// a pointer that the caller has set to null and that receives the class's device table, allocated with
+/// `table` is null for a class without a table (processor, baseboard, battery). Otherwise it is the address
+/// of a pointer that the caller has set to null and that receives the class's device table, allocated with
 /// `malloc`; from then on the table is the caller's, who releases it with `free`. On failure it stays null.
 int HalInit(unsigned int device_class, void** table);
 

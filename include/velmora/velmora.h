@@ -1,0 +1,4 @@
+/// Everything that the library offers, in one include.
+#pragma once
+
+#include "velmora/baseboard.h"

@@ -1,0 +1,7 @@
+#include "logging/propertyconfiguratorex.h"
+
+namespace log4cxx {
+
+LoggerPtr PropertyConfiguratorEx::m_objLoggerPtr;
+
+}  // namespace log4cxx

@@ -1,0 +1,190 @@
+#include "simulator/machine_file.h"
+
+#include <concepts>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <type_traits>
+#include <vector>
+
+#include "simulator/json_lines.h"
+#include "simulator/machine_fields.h"
+
+namespace simulator {
+namespace {
+
+// Keys are written in the order of the field lists, which is the order in which people think of a machine.
+using Json = nlohmann::ordered_json;
+
+/// What one machine file is read with: its name and the lines of its values, for errors.
+class Source {
+ public:
+  Source(std::string file, JsonLines lines) : file_(std::move(file)), lines_(std::move(lines)) {}
+
+  [[noreturn]] void Fail(const std::string& path, const std::string& what) const {
+    const auto line = lines_.find(path);
+    throw MachineFileError(file_ + ":" + std::to_string(line == lines_.end() ? 1 : line->second) + ": " +
+                           (path.empty() ? "/" : path) + ": " + what);
+  }
+
+ private:
+  std::string file_;
+  JsonLines lines_;
+};
+
+template <class Value>
+void Read(const Source& source, const Json& json, const std::string& path, Value& value);
+
+/// Reads the fields of one object; afterwards `RefuseUnknown` names a key that no field took.
+class Reader {
+ public:
+  Reader(const Source& source, const Json& json, std::string path)
+      : source_(source), json_(json), path_(std::move(path)) {
+    if (!json.is_object()) source.Fail(path_, "must be an object");
+  }
+
+  template <class Value>
+  void Field(const char* key, Value& value) {
+    known_.insert(key);
+    const auto found = json_.find(key);
+    if (found != json_.end()) Read(source_, *found, path_ + "/" + key, value);
+  }
+
+  void RefuseUnknown() const {
+    for (const auto& [key, value] : json_.items()) {
+      if (!known_.contains(key)) source_.Fail(path_ + "/" + key, "there is no such field");
+    }
+  }
+
+ private:
+  const Source& source_;
+  const Json& json_;
+  std::string path_;
+  std::set<std::string> known_;
+};
+
+void ReadPlain(const Source& source, const Json& json, const std::string& path, std::string& text) {
+  if (!json.is_string()) source.Fail(path, "must be a text");
+  text = json.get<std::string>();
+}
+
+inline void ReadPlain(const Source& source, const Json& json, const std::string& path, bool& flag) {
+  if (!json.is_boolean()) source.Fail(path, "must be true or false");
+  flag = json.get<bool>();
+}
+
+template <std::integral Number>
+  requires(!std::same_as<Number, bool>)
+void ReadPlain(const Source& source, const Json& json, const std::string& path, Number& number) {
+  using Limits = std::numeric_limits<Number>;
+  const bool fits = json.is_number_unsigned()
+                        ? json.get<std::uint64_t>() <= static_cast<std::uint64_t>(Limits::max())
+                        : json.is_number_integer() && std::is_signed_v<Number> &&
+                              json.get<std::int64_t>() >= static_cast<std::int64_t>(Limits::min());
+  if (!fits) {
+    source.Fail(path, "must be a whole number from " + std::to_string(Limits::min()) + " to " +
+                          std::to_string(Limits::max()));
+  }
+  number = json.get<Number>();
+}
+
+template <class Object>
+  requires std::is_class_v<Object>
+void ReadPlain(const Source& source, const Json& json, const std::string& path, Object& object) {
+  Reader reader(source, json, path);
+  Fields(reader, object);
+  reader.RefuseUnknown();
+}
+
+template <class Element>
+void ReadPlain(const Source& source, const Json& json, const std::string& path, std::vector<Element>& list) {
+  if (!json.is_array()) source.Fail(path, "must be a list");
+  list.clear();
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    Read(source, json[i], path + "/" + std::to_string(i), list.emplace_back());
+  }
+}
+
+/// An optional value is given by being there; `null` says expressly that it is not.
+template <class Value>
+void ReadPlain(const Source& source, const Json& json, const std::string& path, std::optional<Value>& value) {
+  if (json.is_null()) {
+    value.reset();
+  } else {
+    Read(source, json, path, value.emplace());
+  }
+}
+
+template <class Value>
+void Read(const Source& source, const Json& json, const std::string& path, Value& value) {
+  ReadPlain(source, json, path, value);
+}
+
+template <class Value>
+Json Write(const Value& value);
+
+/// Writes the fields of one object.
+class Writer {
+ public:
+  template <class Value>
+  void Field(const char* key, const Value& value) {
+    if constexpr (requires { value.has_value(); }) {
+      if (value) json_[key] = Write(*value);
+    } else {
+      json_[key] = Write(value);
+    }
+  }
+  Json Take() { return std::move(json_); }
+
+ private:
+  Json json_ = Json::object();
+};
+
+template <class Value>
+Json Write(const Value& value) {
+  if constexpr (
+      requires { Json(value); } &&
+      !requires { Fields(std::declval<Writer&>(), const_cast<Value&>(value)); }) {
+    return Json(value);
+  } else {
+    Writer writer;
+    Value copy = value;  // the field lists name members for reading, too
+    Fields(writer, copy);
+    return writer.Take();
+  }
+}
+
+template <class Element>
+Json Write(const std::vector<Element>& list) {
+  Json json = Json::array();
+  for (const auto& element : list) json.push_back(Write(element));
+  return json;
+}
+
+/// A machine from a file is whole: what the file does not name, the machine does not have.
+Machine Whole() { return EmptyMachine(); }
+
+}  // namespace
+
+Machine ParseMachine(std::string_view json, const std::string& file) {
+  try {
+    const Source source(file, FindJsonLines(json));
+    Machine machine = Whole();
+    Read(source, Json::parse(json), "", machine);
+    return machine;
+  } catch (const JsonSyntaxError& error) {
+    throw MachineFileError(file + ":" + std::to_string(error.line) + ": /: is not JSON: " + error.what());
+  }
+}
+
+Machine ReadMachine(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw MachineFileError(file.string() + ":1: /: cannot be read");
+  return ParseMachine(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
+}
+
+std::string WriteMachine(const Machine& machine) { return Write(machine).dump(2) + "\n"; }
+
+}  // namespace simulator

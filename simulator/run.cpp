@@ -1,0 +1,109 @@
+#include "simulator/run.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "simulator/machine_file.h"
+#include "simulator/session.h"
+
+namespace simulator {
+namespace {
+
+void EndProgram(const std::string& problem) {
+  std::fprintf(stderr, "simulator: %s\n", problem.c_str());
+  std::_Exit(2);
+}
+
+ProblemHandler problem_handler = EndProgram;
+Session* current_session = nullptr;
+thread_local int inside_depth = 0;
+
+/// The session of a program that was given its machine by the environment.
+Session& EnvironmentSession() {
+  static const auto session = [] {
+    const char* file = std::getenv("VELMORA_MACHINE");
+    if (file == nullptr) EndProgram("no machine is in use, and VELMORA_MACHINE names no machine file");
+    try {
+      return std::make_unique<Session>(ReadMachine(file));
+    } catch (const MachineFileError& error) {
+      EndProgram(error.what());
+      throw;
+    }
+  }();
+  return *session;
+}
+
+}  // namespace
+
+void SetProblemHandler(ProblemHandler handler) { problem_handler = handler; }
+void ReportProblem(const std::string& problem) { problem_handler(problem); }
+bool IsInsideSimulator() noexcept { return inside_depth > 0; }
+InsideSimulator::InsideSimulator() noexcept { ++inside_depth; }
+InsideSimulator::~InsideSimulator() { --inside_depth; }
+
+Session& Session::Current() { return current_session != nullptr ? *current_session : EnvironmentSession(); }
+
+Fault Session::Enter(std::string_view function, std::string arguments) {
+  const int number = static_cast<int>(calls.size());
+  calls.push_back({std::string(function), std::move(arguments)});
+  const bool is_hit =
+      fault != Fault::kNone && (number == fault_at || (fault_is_forever && number > fault_at));
+  if (!is_hit) return Fault::kNone;
+  if (fault == Fault::kThrow) throw InjectedFault("call " + std::to_string(number) + " was made to throw");
+  return fault;
+}
+
+void Session::ReportUnscripted(std::string_view function, std::string_view what) {
+  ReportProblem(std::string(function) + " was called, but the machine has no script for " +
+                std::string(what));
+}
+
+std::uint64_t Session::OpenHandle() {
+  open_handles.insert(next_handle_);
+  return next_handle_++;
+}
+
+void Session::CloseHandle(std::uint64_t handle, std::string_view function) {
+  if (open_handles.erase(handle) == 0)
+    ReportProblem(std::string(function) + " closed a handle that is not open");
+}
+
+Run::Run(Machine machine) : session_(new Session(std::move(machine))) {
+  if (current_session != nullptr) ReportProblem("two machines are in use at once");
+  current_session = session_;
+}
+
+Run::~Run() {
+  if (!session_->open_handles.empty()) {
+    ReportProblem(std::to_string(session_->open_handles.size()) + " handles were left open");
+  }
+  current_session = nullptr;
+  delete session_;
+}
+
+Machine& Run::machine() { return session_->machine; }
+int Run::Calls() const { return static_cast<int>(session_->calls.size()); }
+int Run::OpenHandles() const { return static_cast<int>(session_->open_handles.size()); }
+
+int Run::Calls(std::string_view function) const {
+  return static_cast<int>(
+      std::ranges::count_if(session_->calls, [&](const Call& call) { return call.function == function; }));
+}
+
+std::vector<std::string> Run::Trace() const {
+  std::vector<std::string> trace;
+  for (const auto& call : session_->calls) trace.push_back(call.function + "(" + call.arguments + ")");
+  return trace;
+}
+
+void Run::Inject(Fault fault, int number, bool forever) {
+  session_->fault = fault;
+  session_->fault_at = number;
+  session_->fault_is_forever = forever;
+}
+
+Run Use(Machine machine) { return Run(std::move(machine)); }
+
+}  // namespace simulator

@@ -1,0 +1,80 @@
+/// A machine in use: while a `Run` lives, both platform contracts answer from its machine.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/machine.h"
+
+namespace simulator {
+
+/// How a platform call is made to go wrong.
+enum class Fault {
+  kNone,
+  kFail,          ///< the call reports failure
+  kEmpty,         ///< the call reports success and gives nothing
+  kUnterminated,  ///< the call fills the whole buffer and leaves out the terminating zero
+  kThrow,         ///< the call throws InjectedFault
+};
+
+/// What a call throws when it is made to.
+struct InjectedFault : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// One platform call as it was made.
+struct Call {
+  std::string function;   ///< such as "HalQueryInformation"
+  std::string arguments;  ///< such as "4, null, 0, 260"
+};
+
+/// Is told what a test should know: a call that nothing was scripted for, a handle left open or closed twice.
+using ProblemHandler = void (*)(const std::string& problem);
+
+/// Sets who is told. At first problems end the program with a message.
+void SetProblemHandler(ProblemHandler handler);
+
+/// True while this thread is inside the simulator, whose own allocations are nobody's concern.
+bool IsInsideSimulator() noexcept;
+
+class Session;
+
+/// Uses `machine` for the object's life; one at a time. Ending reports handles that were left open.
+class Run {
+ public:
+  explicit Run(Machine machine);
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+  ~Run();
+
+  /// The machine as it stands now; a repair changes it, and so may the test.
+  Machine& machine();
+
+  /// How often a function was called.
+  int Calls(std::string_view function) const;
+
+  /// How many calls were made in all.
+  int Calls() const;
+
+  /// Every call in order, each as "Function(arguments)".
+  std::vector<std::string> Trace() const;
+
+  /// Makes call number `number` go wrong, counted from 0 over all calls; with `forever` every call from it
+  /// on.
+  void Inject(Fault fault, int number, bool forever = false);
+
+  /// Handles that stand open.
+  int OpenHandles() const;
+
+ private:
+  Session* session_;
+};
+
+/// Reads as a sentence in a test: `const auto run = simulator::Use(machine);`
+[[nodiscard]] Run Use(Machine machine);
+
+}  // namespace simulator

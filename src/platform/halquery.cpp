@@ -1,0 +1,183 @@
+#include "platform/halquery.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <concepts>
+#include <span>
+
+#include "platform/guard.h"
+#include "platform/os/text.h"
+#include "platform/ostrine/hal.h"
+#include "platform/unicode.h"
+
+namespace velmora::hal {
+namespace {
+
+constexpr unsigned int Raw(DeviceClass device_class) { return static_cast<unsigned int>(device_class); }
+
+/// One query into `buffer`; the count that the contract demands is zeroed and never read.
+int Query(DeviceClass device_class, std::uint32_t information_id, void* device, std::span<std::byte> buffer) {
+  unsigned int returned_size = 0;
+  return HalQueryInformation(Raw(device_class), device, information_id, buffer.data(),
+                             static_cast<unsigned int>(buffer.size()), &returned_size);
+}
+
+/// The same into any trivial object, such as a number or an array of characters.
+template <class Object>
+bool QueryObject(DeviceClass device_class, std::uint32_t information_id, void* device, Object& object) {
+  return Query(device_class, information_id, device, std::as_writable_bytes(std::span(&object, 1))) != 0;
+}
+
+/// The part of a text buffer before its first zero. The last place always counts as a zero, so that a buffer
+/// that came back without one is still bounded.
+template <class Character, std::size_t kSize>
+std::span<const Character> UntilZero(const std::array<Character, kSize>& buffer) {
+  const auto last = buffer.end() - 1;
+  return {buffer.begin(), std::find(buffer.begin(), last, Character{})};
+}
+
+/// Widens through a buffer of as many characters as the narrow one has bytes, so that it always fits.
+template <std::size_t kSize>
+std::wstring Widen(const std::array<char, kSize>& narrow) {
+  const std::span<const char> text = UntilZero(narrow);
+  if (text.empty()) return {};
+  std::array<wchar_t, kSize> wide{};
+  const int written =
+      os::MultiByteToWideChar(os::kNarrowCodePage, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                              static_cast<int>(kSize));
+  const auto end = wide.begin() + std::clamp(written, 0, static_cast<int>(kSize) - 1);
+  return {wide.begin(), std::find(wide.begin(), end, L'\0')};
+}
+
+template <std::size_t kSize>
+bool ReadWidened(DeviceClass device_class, std::uint32_t information_id, void* device, std::wstring& text) {
+  text.clear();
+  std::array<char, kSize> buffer{};
+  if (!QueryObject(device_class, information_id, device, buffer)) return false;
+  text = Widen(buffer);
+  return true;
+}
+
+template <std::unsigned_integral Value>
+bool ReadAnyNumber(DeviceClass device_class, std::uint32_t information_id, void* device,
+                   Value& number) noexcept {
+  number = 0;
+  return Answer(false, [&] {
+    Value answer = 0;
+    if (!QueryObject(device_class, information_id, device, answer)) return false;
+    static_assert(std::endian::native == std::endian::little,
+                  "numbers cross the contract in little-endian form");
+    number = answer;
+    return true;
+  });
+}
+
+/// A device that stands open while the object lives.
+class OpenDevice {
+ public:
+  OpenDevice(DeviceClass device_class, std::uint32_t number)
+      : device_class_(device_class),
+        record_{.number = number},
+        is_open_(HalOpenDevice(Raw(device_class), &record_) != 0) {}
+  OpenDevice(const OpenDevice&) = delete;
+  OpenDevice& operator=(const OpenDevice&) = delete;
+  ~OpenDevice() {
+    if (is_open_) Attempt([this] { HalCloseDevice(Raw(device_class_), &record_); });
+  }
+
+  /// The device argument of a query; null when the device did not open.
+  void* Record() { return is_open_ ? &record_ : nullptr; }
+
+ private:
+  DeviceClass device_class_;
+  DeviceRecord record_;
+  bool is_open_;
+};
+
+}  // namespace
+
+bool Prepare(DeviceClass device_class) noexcept {
+  return Answer(false, [=] { return HalInit(Raw(device_class), nullptr) != 0; });
+}
+
+bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,
+                    std::wstring& text) noexcept {
+  return Answer(false,
+                [&] { return ReadWidened<kNarrowTextSize>(device_class, information_id, device, text); });
+}
+
+std::wstring NarrowText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  std::wstring text;
+  ReadNarrowText(device_class, information_id, device, text);
+  return text;
+}
+
+std::wstring ShortNarrowText(DeviceClass device_class, std::uint32_t information_id) noexcept {
+  std::wstring text;
+  Attempt([&] { ReadWidened<kProcessorNameSize>(device_class, information_id, nullptr, text); });
+  return text;
+}
+
+std::string NarrowBytes(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  return Answer(std::string(), [&]() -> std::string {
+    std::array<char, kNarrowTextSize> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return {};
+    const auto text = UntilZero(buffer);
+    return {text.begin(), text.end()};
+  });
+}
+
+std::wstring WideText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  return Answer(std::wstring(), [&]() -> std::wstring {
+    std::array<char16_t, kWideTextSize / sizeof(char16_t)> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return {};
+    return unicode::WideFromUtf16(UntilZero(buffer));
+  });
+}
+
+bool ReadNumber(DeviceClass device_class, std::uint32_t information_id, void* device,
+                std::uint32_t& number) noexcept {
+  return ReadAnyNumber(device_class, information_id, device, number);
+}
+
+bool ReadNumber(DeviceClass device_class, std::uint32_t information_id, void* device,
+                std::uint64_t& number) noexcept {
+  return ReadAnyNumber(device_class, information_id, device, number);
+}
+
+std::uint32_t Number(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  std::uint32_t number = 0;
+  ReadNumber(device_class, information_id, device, number);
+  return number;
+}
+
+std::wstring WideTextOf(DeviceClass device_class, std::uint32_t number,
+                        std::uint32_t information_id) noexcept {
+  return Answer(std::wstring(), [&]() -> std::wstring {
+    OpenDevice device(device_class, number);
+    return device.Record() == nullptr ? std::wstring()
+                                      : WideText(device_class, information_id, device.Record());
+  });
+}
+
+std::uint64_t LargeNumberOf(DeviceClass device_class, std::uint32_t number,
+                            std::uint32_t information_id) noexcept {
+  return Answer(std::uint64_t{0}, [&] {
+    OpenDevice device(device_class, number);
+    std::uint64_t value = 0;
+    if (device.Record() != nullptr) ReadNumber(device_class, information_id, device.Record(), value);
+    return value;
+  });
+}
+
+int QueryInto(DeviceClass device_class, std::uint32_t number, std::uint32_t information_id,
+              int& value) noexcept {
+  return Answer(0, [&] {
+    OpenDevice device(device_class, number);
+    if (device.Record() == nullptr) return 0;
+    return Query(device_class, information_id, device.Record(), std::as_writable_bytes(std::span(&value, 1)));
+  });
+}
+
+}  // namespace velmora::hal

@@ -1,0 +1,61 @@
+/// The query families: the only code that touches the buffers of the hardware-abstraction contract.
+///
+/// Every function zeroes its buffer, asks once and turns the answer into a plain value. A failed query gives
+/// the empty text, 0 or false, and never anything that the failed call left in the buffer. A returned size is
+/// not believed; every buffer is bounded, also one that comes back without a zero. Nothing here throws.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/ostrine/device_record.h"
+
+namespace velmora::hal {
+
+/// Prepares a class that has no table; false when the abstraction library refuses.
+bool Prepare(DeviceClass device_class) noexcept;
+
+/// Reads narrow text of at most 259 bytes, widened from the system's narrow code page and cut at its first
+/// zero, into `text`. False, and an empty `text`, when the query fails.
+bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,
+                    std::wstring& text) noexcept;
+
+/// The same as a value; empty when the query fails.
+std::wstring NarrowText(DeviceClass device_class, std::uint32_t information_id,
+                        void* device = nullptr) noexcept;
+
+/// The same for the one text of at most 49 bytes, the processor's name.
+std::wstring ShortNarrowText(DeviceClass device_class, std::uint32_t information_id) noexcept;
+
+/// The bytes of a narrow text as they are, cut at the first zero; empty when the query fails.
+std::string NarrowBytes(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept;
+
+/// Wide text of at most 259 UTF-16 units, cut at its first zero; a lone surrogate becomes U+FFFD.
+std::wstring WideText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept;
+
+/// Reads a 4-byte or an 8-byte number. False, and 0 in `number`, when the query fails.
+bool ReadNumber(DeviceClass device_class, std::uint32_t information_id, void* device,
+                std::uint32_t& number) noexcept;
+bool ReadNumber(DeviceClass device_class, std::uint32_t information_id, void* device,
+                std::uint64_t& number) noexcept;
+
+/// A 4-byte number as a value; 0 when the query fails.
+std::uint32_t Number(DeviceClass device_class, std::uint32_t information_id, void* device = nullptr) noexcept;
+
+// Questions to one numbered device: it is opened, asked and closed again, whether the question succeeded or
+// not. A device that does not open is not closed; the answer is then the failure value.
+
+/// Wide text of device `number`, as WideText.
+std::wstring WideTextOf(DeviceClass device_class, std::uint32_t number,
+                        std::uint32_t information_id) noexcept;
+
+/// An 8-byte number of device `number`; 0 on failure.
+std::uint64_t LargeNumberOf(DeviceClass device_class, std::uint32_t number,
+                            std::uint32_t information_id) noexcept;
+
+/// Lets the query write 4 bytes straight into `value` and returns the query's own result, 0 when the device
+/// does not open. `value` is not zeroed first and keeps whatever the query left in it.
+int QueryInto(DeviceClass device_class, std::uint32_t number, std::uint32_t information_id,
+              int& value) noexcept;
+
+}  // namespace velmora::hal
