@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <concepts>
+#include <cstdlib>
 #include <span>
 
 #include "platform/guard.h"
@@ -99,6 +100,16 @@ class OpenDevice {
 
 bool Prepare(DeviceClass device_class) noexcept {
   return Answer(false, [=] { return HalInit(Raw(device_class), nullptr) != 0; });
+}
+
+bool PrepareTable(DeviceClass device_class, void*& table) noexcept {
+  table = nullptr;
+  return Answer(false, [&] { return HalInit(Raw(device_class), &table) != 0; });
+}
+
+void ReleaseTable(void*& table) noexcept {
+  std::free(table);
+  table = nullptr;
 }
 
 bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,

@@ -15,6 +15,13 @@ namespace velmora::hal {
 /// Prepares a class that has no table; false when the abstraction library refuses.
 bool Prepare(DeviceClass device_class) noexcept;
 
+/// Prepares a class that has a table and stores the table, which is then the caller's, in `table`. False when
+/// the abstraction library refuses; the table is null then, and also when the library made none.
+bool PrepareTable(DeviceClass device_class, void*& table) noexcept;
+
+/// Releases a table that PrepareTable gave and forgets it; null is allowed.
+void ReleaseTable(void*& table) noexcept;
+
 /// Reads narrow text of at most 259 bytes, widened from the system's narrow code page and cut at its first
 /// zero, into `text`. False, and an empty `text`, when the query fails.
 bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,
