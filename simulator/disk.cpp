@@ -1,0 +1,48 @@
+#include "simulator/device_class.h"
+
+namespace simulator {
+namespace {
+
+Information Answer(const Disk& disk, unsigned int information_id) {
+  switch (information_id) {
+    case 0: return WideOrRefused(disk.media_type);
+    case 1: return WideOrRefused(disk.caption);
+    case 2: return WideOrRefused(disk.serial_number);
+    case 3: return NumberOrRefused(disk.total);
+    case 4: return NumberOrRefused(disk.remaining);
+    case 5: return NumberOrRefused(disk.vendor_total);
+    case 6: return NumberOrRefused(disk.vendor_megabytes);
+    case 9: return WideOrRefused(disk.firmware);
+    case 10: return NumberOrRefused(disk.is_ssd);
+    default: return Refused{};
+  }
+}
+
+std::optional<Information> Query(const Question& question) {
+  const auto& disks = question.machine.disks;
+  if (!disks) return std::nullopt;
+  if (question.device == nullptr) {
+    if (question.information_id == 7) return static_cast<std::uint32_t>(disks->size());
+    return Refused{};
+  }
+  if (question.device_number >= disks->size()) return Refused{};
+  return Answer((*disks)[question.device_number], question.information_id);
+}
+
+bool Opens(const Machine& machine, std::uint32_t number) {
+  return machine.disks && number < machine.disks->size() && !(*machine.disks)[number].refuses_opening;
+}
+
+void* MakeDiskTable(const Machine& machine) {
+  if (!machine.disks) return nullptr;
+  return MakeTable(machine.disks->size(), sizeof(velmora::hal::DeviceRecord));
+}
+
+}  // namespace
+
+const DeviceClassScript kDiskScript{.device_class = velmora::hal::DeviceClass::kDisk,
+                                    .query = Query,
+                                    .make_table = MakeDiskTable,
+                                    .opens = Opens};
+
+}  // namespace simulator

@@ -1,0 +1,41 @@
+#include "simulator/device_class.h"
+
+namespace simulator {
+namespace {
+
+Information Answer(const MemoryModule& module, unsigned int information_id) {
+  switch (information_id) {
+    case 1: return NarrowOrRefused(module.locator);
+    case 2: return NarrowOrRefused(module.manufacturer);
+    case 3: return NarrowOrRefused(module.serial_number);
+    case 4: return NarrowOrRefused(module.part_number);
+    case 5: return NumberOrRefused(module.capacity);
+    case 6: return NumberOrRefused(module.speed);
+    default: return Refused{};
+  }
+}
+
+std::optional<Information> Query(const Question& question) {
+  const auto& modules = question.machine.memory_modules;
+  if (!modules) return std::nullopt;
+  if (question.device == nullptr) {
+    if (question.information_id == 0) return static_cast<std::uint32_t>(modules->size());
+    return Refused{};
+  }
+  if (question.device_number >= modules->size()) return Refused{};
+  return Answer((*modules)[question.device_number], question.information_id);
+}
+
+void* MakeModuleTable(const Machine& machine) {
+  if (!machine.memory_modules) return nullptr;
+  return MakeTable(machine.memory_modules->size(), velmora::hal::kMemoryEntrySize);
+}
+
+}  // namespace
+
+const DeviceClassScript kMemoryScript{.device_class = velmora::hal::DeviceClass::kMemory,
+                                      .query = Query,
+                                      .make_table = MakeModuleTable,
+                                      .entry_size = velmora::hal::kMemoryEntrySize};
+
+}  // namespace simulator
