@@ -70,7 +70,7 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path, 
   text = json.get<std::string>();
 }
 
-inline void ReadPlain(const Source& source, const Json& json, const std::string& path, bool& flag) {
+[[maybe_unused]] void ReadPlain(const Source& source, const Json& json, const std::string& path, bool& flag) {
   if (!json.is_boolean()) source.Fail(path, "must be true or false");
   flag = json.get<bool>();
 }
