@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "fake_root.h"
+#include "ostrine/linux/file.h"
+
+namespace ostrine {
+namespace {
+
+using test::FakeRoot;
+
+TEST(FirmwareFile, ReadsAllBytesUpToTheLimitAndRefusesOneMore) {
+  const FakeRoot root;
+  root.Write("file", std::string(5000, 'x'));
+  EXPECT_EQ(ReadBytes(root.Path() / "file", 5000), std::vector<std::uint8_t>(5000, 'x'));
+  EXPECT_EQ(ReadBytes(root.Path() / "file", 5001), std::vector<std::uint8_t>(5000, 'x'));
+  EXPECT_EQ(ReadBytes(root.Path() / "file", 4999), std::nullopt);
+}
+
+TEST(FirmwareFile, ReadsAnEmptyFileAsNoBytes) {
+  const FakeRoot root;
+  root.Write("file", "");
+  EXPECT_EQ(ReadBytes(root.Path() / "file", 0), std::vector<std::uint8_t>());
+  EXPECT_EQ(ReadAttribute(root.Path() / "file"), "");
+}
+
+TEST(FirmwareFile, ReadsAProcFileWhoseStatedSizeIsZero) {
+  ASSERT_EQ(std::filesystem::file_size("/proc/self/maps"), 0u);
+  const auto bytes = ReadBytes("/proc/self/maps", 1 << 20);
+  ASSERT_TRUE(bytes);
+  EXPECT_GT(bytes->size(), kAttributeLimit);
+  EXPECT_EQ(bytes->back(), '\n');
+  EXPECT_EQ(ReadBytes("/proc/self/maps", 100), std::nullopt);
+}
+
+TEST(FirmwareFile, RefusesAFolderAPipeAndADeviceWithoutWaiting) {
+  const FakeRoot root;
+  ASSERT_EQ(mkfifo(root.Place("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(ReadBytes(root.Path(), 100), std::nullopt);
+  EXPECT_EQ(ReadBytes(root.Path() / "pipe", 100), std::nullopt);
+  EXPECT_EQ(ReadBytes("/dev/zero", 100), std::nullopt);
+  EXPECT_EQ(ReadAttribute(root.Path()), std::nullopt);
+  EXPECT_EQ(ReadAttribute(root.Path() / "pipe"), std::nullopt);
+  EXPECT_EQ(ReadAttribute("/dev/zero"), std::nullopt);
+}
+
+TEST(FirmwareFile, RefusesAFileThatIsNotThere) {
+  const FakeRoot root;
+  EXPECT_EQ(ReadBytes(root.Path() / "file", 100), std::nullopt);
+  EXPECT_EQ(ReadAttribute(root.Path() / "file"), std::nullopt);
+}
+
+TEST(FirmwareFile, KeepsTheLastErrorWhenAReadSucceeds) {
+  const FakeRoot root;
+  root.Write("file", "text");
+  errno = E2BIG;
+  EXPECT_TRUE(ReadBytes(root.Path() / "file", 100));
+  EXPECT_EQ(errno, E2BIG);
+}
+
+TEST(FirmwareFile, TakesOneNewlineFromAnAttributeAndNothingElse) {
+  const FakeRoot root;
+  root.Write("one", " text \n");
+  root.Write("two", "text\n\n");
+  root.Write("none", "text");
+  root.Write("only", "\n");
+  EXPECT_EQ(ReadAttribute(root.Path() / "one"), " text ");
+  EXPECT_EQ(ReadAttribute(root.Path() / "two"), "text\n");
+  EXPECT_EQ(ReadAttribute(root.Path() / "none"), "text");
+  EXPECT_EQ(ReadAttribute(root.Path() / "only"), "");
+}
+
+TEST(FirmwareFile, RefusesAnAttributeOfMoreThanAPage) {
+  const FakeRoot root;
+  root.Write("page", std::string(kAttributeLimit, 'x'));
+  root.Write("more", std::string(kAttributeLimit + 1, 'x'));
+  EXPECT_EQ(ReadAttribute(root.Path() / "page"), std::string(kAttributeLimit, 'x'));
+  EXPECT_EQ(ReadAttribute(root.Path() / "more"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace ostrine
