@@ -1,5 +1,5 @@
-// Any text as a query over a small table. A query that is read must mean the same when it is written out anew,
-// and the row that it selects must meet its conditions.
+// Any text as a query over a small table. A query that is read must mean the same when it is written out
+// anew, and the row that it selects must meet its conditions.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

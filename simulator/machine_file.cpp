@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "simulator/json_lines.h"
-#include "simulator/machine_fields.h"
 
 namespace simulator {
 namespace {
@@ -70,7 +69,7 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path, 
   text = json.get<std::string>();
 }
 
-inline void ReadPlain(const Source& source, const Json& json, const std::string& path, bool& flag) {
+[[maybe_unused]] void ReadPlain(const Source& source, const Json& json, const std::string& path, bool& flag) {
   if (!json.is_boolean()) source.Fail(path, "must be true or false");
   flag = json.get<bool>();
 }

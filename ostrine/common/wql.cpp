@@ -86,8 +86,8 @@ class Scanner {
 
   std::wstring_view Word() const {
     if (rest_.empty() || !IsWordStart(rest_.front())) return {};
-    return rest_.substr(0, static_cast<std::size_t>(
-                               std::find_if_not(rest_.begin(), rest_.end(), IsWordPart) - rest_.begin()));
+    return rest_.substr(0, static_cast<std::size_t>(std::find_if_not(rest_.begin(), rest_.end(), IsWordPart) -
+                                                    rest_.begin()));
   }
 
   void Advance(std::size_t length) {

@@ -6,14 +6,14 @@
 ///
 /// - Keywords, class names and property names are ASCII words and match in either case; the grammar's own
 ///   keywords are not names.
-/// - A literal is an unsigned decimal number below 2^64 or a text in single quotes. In a text a backslash stands
-///   before a backslash or a quote (single or double) and gives that character; before anything else it is an
-///   error. Any other character, a zero included, is itself.
+/// - A literal is an unsigned decimal number below 2^64 or a text in single quotes. In a text a backslash
+///   stands before a backslash or a quote (single or double) and gives that character; before anything else
+///   it is an error. Any other character, a zero included, is itself.
 /// - Between words, symbols and literals stand any number of spaces, tabs and line ends.
-/// - A pattern knows '%' and '_'. WMI's character sets are not part of this grammar, so a pattern that holds '['
-///   is an error.
-/// Everything else (OR, parentheses, several properties, a text behind the end) is an error too: such a query is
-/// none and selects no row, so that a name which breaks out of its quotes cannot widen a query.
+/// - A pattern knows '%' and '_'. WMI's character sets are not part of this grammar, so a pattern that holds
+///   '[' is an error.
+/// Everything else (OR, parentheses, several properties, a text behind the end) is an error too: such a query
+/// is none and selects no row, so that a name which breaks out of its quotes cannot widen a query.
 ///
 /// Nothing here throws but for want of memory. Functions keep no state; separate calls are independent.
 #pragma once
@@ -49,25 +49,25 @@ struct WqlQuery {
 /// The query that `text` states, or none if `text` is not exactly one query of the grammar above.
 std::optional<WqlQuery> ParseWql(std::wstring_view text);
 
-/// One row: answers the value of a property by its name, which arrives as the query spells it. A property that
-/// the row does not know is null.
+/// One row: answers the value of a property by its name, which arrives as the query spells it. A property
+/// that the row does not know is null.
 using WqlRow = std::function<WqlValue(std::wstring_view property)>;
 
 /// Takes the rows of a table one by one; false says that no further row is wanted.
 using WqlVisitor = std::function<bool(const WqlRow& row)>;
 
-/// Hands its rows to a visitor, in the table's order, until the visitor has enough or the rows end. A row is read
-/// only as far as the query asks for its properties.
+/// Hands its rows to a visitor, in the table's order, until the visitor has enough or the rows end. A row is
+/// read only as far as the query asks for its properties.
 using WqlTable = std::function<void(const WqlVisitor& visit)>;
 
 /// Whether every condition of `query` holds for `row`; the class is not looked at.
 ///
-/// Texts compare without regard to case (`wql_text.h`), numbers by value. A comparison with null, or between a
-/// text and a number, holds neither as equal nor as unequal.
+/// Texts compare without regard to case (`wql_text.h`), numbers by value. A comparison with null, or between
+/// a text and a number, holds neither as equal nor as unequal.
 bool MatchesConditions(const WqlQuery& query, const WqlRow& row);
 
-/// The selected property of the first row of `table` that meets the conditions; null when there is no such row or
-/// that row has none. The caller has chosen the table by `query.class_name`.
+/// The selected property of the first row of `table` that meets the conditions; null when there is no such
+/// row or that row has none. The caller has chosen the table by `query.class_name`.
 WqlValue SelectFirst(const WqlQuery& query, const WqlTable& table);
 
 /// A row that is at hand as a whole. Names are compared without regard to case; the first one counts.

@@ -2,8 +2,8 @@
 ///
 /// Case is folded one character at a time, the same under every locale: Latin (with its accented letters),
 /// Greek, Cyrillic, Armenian and full-width Latin letters match in either case; any other character matches
-/// itself only. Letters whose other case takes two characters or depends on the language (sharp s, the Turkish
-/// dotted and dotless i) match themselves only. "Character" is one wchar_t.
+/// itself only. Letters whose other case takes two characters or depends on the language (sharp s, the
+/// Turkish dotted and dotless i) match themselves only. "Character" is one wchar_t.
 #pragma once
 
 #include <string_view>

@@ -8,8 +8,8 @@
 #include "ostrine/common/wql.h"
 #include "ostrine/common/wql_text.h"
 
-// Random queries are written out as text, read back, and evaluated twice: by the reader and by an evaluator that
-// is too simple and too slow to be wrong.
+// Random queries are written out as text, read back, and evaluated twice: by the reader and by an evaluator
+// that is too simple and too slow to be wrong.
 
 namespace ostrine {
 namespace {
@@ -33,9 +33,12 @@ std::wstring RandomText(Random& random, std::wstring_view letters, std::size_t l
 
 WqlValue RandomValue(Random& random) {
   switch (Below(random, 4)) {
-    case 0: return {};
-    case 1: return static_cast<std::uint64_t>(Below(random, 3));
-    default: return RandomText(random, L"abA_\\'", 3);
+    case 0:
+      return {};
+    case 1:
+      return static_cast<std::uint64_t>(Below(random, 3));
+    default:
+      return RandomText(random, L"abA_\\'", 3);
   }
 }
 
@@ -77,11 +80,16 @@ std::wstring Written(Random& random, const WqlCondition& condition) {
   };
   std::wstring text = RandomCase(random, condition.property);
   switch (condition.comparison) {
-    case WqlOperator::kEqual: return text + L" = " + literal();
-    case WqlOperator::kNotEqual: return text + L"<>" + literal();
-    case WqlOperator::kLike: return text + RandomCase(random, L" like ") + literal();
-    case WqlOperator::kIsNull: return text + RandomCase(random, L" is null");
-    case WqlOperator::kIsNotNull: return text + RandomCase(random, L" is not null");
+    case WqlOperator::kEqual:
+      return text + L" = " + literal();
+    case WqlOperator::kNotEqual:
+      return text + L"<>" + literal();
+    case WqlOperator::kLike:
+      return text + RandomCase(random, L" like ") + literal();
+    case WqlOperator::kIsNull:
+      return text + RandomCase(random, L" is null");
+    case WqlOperator::kIsNotNull:
+      return text + RandomCase(random, L" is not null");
   }
   return text;
 }
@@ -111,9 +119,12 @@ bool NaivelyHolds(const WqlCondition& condition, const WqlValue& value) {
   const std::wstring have = Lowered(TextOf(value));
   const std::wstring want = Lowered(TextOf(condition.literal));
   switch (condition.comparison) {
-    case WqlOperator::kEqual: return have == want;
-    case WqlOperator::kNotEqual: return have != want;
-    default: return is_text && NaiveLike(have, want);
+    case WqlOperator::kEqual:
+      return have == want;
+    case WqlOperator::kNotEqual:
+      return have != want;
+    default:
+      return is_text && NaiveLike(have, want);
   }
 }
 
@@ -138,7 +149,8 @@ TEST(WqlProperty, AgreesWithANaiveEvaluatorOnRandomTablesAndQueries) {
     }
     std::vector<WqlCondition> conditions(Below(random, 4));
     const std::wstring property = kNames[Below(random, std::size(kNames))];
-    std::wstring text = RandomCase(random, L"select ") + property + RandomCase(random, L" from ") + L"Win32_T";
+    std::wstring text =
+        RandomCase(random, L"select ") + property + RandomCase(random, L" from ") + L"Win32_T";
     const wchar_t* joint = L" where ";
     for (WqlCondition& condition : conditions) {
       condition = RandomCondition(random);
@@ -154,7 +166,8 @@ TEST(WqlProperty, AgreesWithANaiveEvaluatorOnRandomTablesAndQueries) {
       }
     });
     const WqlRecord* expected = NaivelyFirst(records, conditions);
-    ASSERT_EQ(selected, expected ? FindProperty(*expected, property) : WqlValue{}) << testing::PrintToString(text);
+    ASSERT_EQ(selected, expected ? FindProperty(*expected, property) : WqlValue{})
+        << testing::PrintToString(text);
     matched += expected != nullptr;
   }
   EXPECT_GT(matched, kRounds / 10);
@@ -196,7 +209,8 @@ TEST(WqlProperty, NeverSelectsAnotherRowByAQuotedRandomName) {
 
 TEST(WqlProperty, SurvivesRandomlyDamagedQueries) {
   Random random(3);
-  const std::wstring whole = L"SELECT MACAddress FROM Win32_NetworkAdapter WHERE MACAddress IS NOT NULL and Name='x'";
+  const std::wstring whole =
+      L"SELECT MACAddress FROM Win32_NetworkAdapter WHERE MACAddress IS NOT NULL and Name='x'";
   int accepted = 0;
   for (int round = 0; round < kRounds; ++round) {
     std::wstring text = whole;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ostrine/common/wql_text.h"
-
 namespace ostrine {
 namespace {
 
@@ -85,7 +83,8 @@ TEST(WqlReader, AnswersTheFirstOfSeveralProcesses) {
 }
 
 TEST(WqlReader, FindsTheCaptionOfAProcessInEitherCase) {
-  EXPECT_EQ(Select(Processes(), L"SELECT Caption FROM Win32_Process WHERE Caption='SVCHOST.EXE'"), L"svchost.exe");
+  EXPECT_EQ(Select(Processes(), L"SELECT Caption FROM Win32_Process WHERE Caption='SVCHOST.EXE'"),
+            L"svchost.exe");
 }
 
 TEST(WqlReader, FindsTheExecutableOfAProcess) {
@@ -112,15 +111,17 @@ TEST(WqlReader, FindsTheFirstPerUserServiceByItsPattern) {
 
 TEST(WqlReader, FindsTheKindOfConverterOfADisplayAdapter) {
   const Records cards = {{{L"Caption", L"Intel(R) UHD Graphics"}, {L"AdapterDACType", L"Internal"}}};
-  EXPECT_EQ(Select(cards,
-                   L"SELECT AdapterDACType FROM Win32_VideoController WHERE Caption ='Intel(R) UHD Graphics'"),
-            L"Internal");
+  EXPECT_EQ(
+      Select(cards,
+             L"SELECT AdapterDACType FROM Win32_VideoController WHERE Caption ='Intel(R) UHD Graphics'"),
+      L"Internal");
 }
 
 TEST(WqlReader, SkipsAdaptersWithoutAnAddress) {
-  EXPECT_EQ(Select(Adapters(),
-                   L"SELECT MACAddress FROM Win32_NetworkAdapter WHERE MACAddress IS NOT NULL and Name='Ethernet'"),
-            L"00:11:22:33:44:55");
+  EXPECT_EQ(
+      Select(Adapters(),
+             L"SELECT MACAddress FROM Win32_NetworkAdapter WHERE MACAddress IS NOT NULL and Name='Ethernet'"),
+      L"00:11:22:33:44:55");
 }
 
 TEST(WqlReader, FindsIdentifierAndTypeOfAnAdapter) {
@@ -134,10 +135,11 @@ TEST(WqlReader, FindsTheSignedUsbDriverOfTheBluetoothClass) {
       {{L"DeviceName", L"Mouse"}, {L"HardwareID", L"BTHLE\\Dev_1"}, {L"DeviceClass", L"BLUETOOTH"}},
       {{L"DeviceName", L"Radio"}, {L"HardwareID", L"USB\\VID_8087&PID_0026"}, {L"DeviceClass", L"Bluetooth"}},
   };
-  EXPECT_EQ(Select(drivers,
-                   L"SELECT DeviceName FROM Win32_PnPSignedDriver WHERE HardWareID like 'USB%' and DeviceClass = "
-                   L"'BLUETOOTH'"),
-            L"Radio");
+  EXPECT_EQ(
+      Select(drivers,
+             L"SELECT DeviceName FROM Win32_PnPSignedDriver WHERE HardWareID like 'USB%' and DeviceClass = "
+             L"'BLUETOOTH'"),
+      L"Radio");
 }
 
 TEST(WqlReader, AnswersNothingWhenNoRowMatches) {
@@ -151,15 +153,17 @@ TEST(WqlReader, SelectsTheFirstRowWhenThereIsNoCondition) {
 TEST(WqlReader, IsNotWidenedByANameThatBreaksOutOfItsQuotes) {
   for (const wchar_t* name :
        {L"zz' OR Name LIKE '%", L"zz' OR '1'='1", L"' OR Name IS NOT NULL OR Name='", L"zz'; DROP",
-        L"zz' or name<>'", L"' AND Name LIKE '%", L"x' UNION SELECT Name FROM Win32_Service WHERE Name LIKE '%",
-        L"\\' OR Name LIKE \\'%", L"%", L"_udiosrv", L"zz')) OR ((Name LIKE '%", L"''", L"'", L"\\", L"\\'"}) {
+        L"zz' or name<>'", L"' AND Name LIKE '%",
+        L"x' UNION SELECT Name FROM Win32_Service WHERE Name LIKE '%", L"\\' OR Name LIKE \\'%", L"%",
+        L"_udiosrv", L"zz')) OR ((Name LIKE '%", L"''", L"'", L"\\", L"\\'"}) {
     const std::wstring query = std::wstring(L"SELECT Name FROM Win32_Service WHERE Name='") + name + L"'";
     EXPECT_EQ(Select(Services(), query), L"") << testing::PrintToString(query);
   }
 }
 
 TEST(WqlReader, CanOnlyBeNarrowedByAFurtherCondition) {
-  EXPECT_EQ(Select(Services(), L"SELECT State FROM Win32_Service WHERE Name='Audiosrv' AND State<>'Running'"), L"");
+  EXPECT_EQ(Select(Services(), L"SELECT State FROM Win32_Service WHERE Name='Audiosrv' AND State<>'Running'"),
+            L"");
 }
 
 TEST(WqlReader, RejectsWhatIsNotInTheGrammar) {
@@ -278,8 +282,9 @@ TEST(WqlComparison, NeverHoldsForNullButIsNullDoes) {
 }
 
 TEST(WqlComparison, TakesTheEmptyTextAsAValue) {
-  EXPECT_EQ(Select({{{L"a", L""}, {L"b", L"row"}}}, L"SELECT b FROM t WHERE a IS NOT NULL AND a='' AND a LIKE '%'"),
-            L"row");
+  EXPECT_EQ(
+      Select({{{L"a", L""}, {L"b", L"row"}}}, L"SELECT b FROM t WHERE a IS NOT NULL AND a='' AND a LIKE '%'"),
+      L"row");
 }
 
 TEST(WqlTables, AreLeftAtTheFirstMatch) {
@@ -317,56 +322,6 @@ TEST(WqlValues, TurnIntoTextAndIntoNumbersOf32Bits) {
   EXPECT_EQ(NumberOf(WqlValue(std::uint64_t{0x100000000})), 0u);
   EXPECT_EQ(NumberOf(WqlValue(L"12")), 0u);
   EXPECT_EQ(NumberOf(WqlValue{}), 0u);
-}
-
-TEST(WqlPattern, MatchesTheWholeText) {
-  EXPECT_TRUE(MatchesLike(L"abc", L"ABC"));
-  EXPECT_FALSE(MatchesLike(L"abc", L"ab"));
-  EXPECT_FALSE(MatchesLike(L"abc", L"bc"));
-  EXPECT_TRUE(MatchesLike(L"", L""));
-  EXPECT_TRUE(MatchesLike(L"", L"%%"));
-  EXPECT_FALSE(MatchesLike(L"", L"_"));
-}
-
-TEST(WqlPattern, TakesAPercentSignForAnyCharactersAndAnUnderscoreForOne) {
-  EXPECT_TRUE(MatchesLike(L"USB\\VID_8087", L"USB%"));
-  EXPECT_FALSE(MatchesLike(L"PCI\\USB", L"USB%"));
-  EXPECT_TRUE(MatchesLike(L"aXbXc", L"a%b%c"));
-  EXPECT_TRUE(MatchesLike(L"abab", L"%ab"));
-  EXPECT_TRUE(MatchesLike(L"abc", L"_b_"));
-  EXPECT_FALSE(MatchesLike(L"abc", L"__"));
-  EXPECT_TRUE(MatchesLike(L"mississippi", L"m%iss%ip_i"));
-  EXPECT_FALSE(MatchesLike(L"WpnUserService", L"WpnUserService_%"));
-}
-
-TEST(WqlPattern, StaysQuickOnPatternsMadeToBeSlow) {
-  std::wstring pattern;
-  for (int i = 0; i < 2000; ++i) pattern += L"%a";
-  pattern += L"%b";
-  EXPECT_FALSE(MatchesLike(std::wstring(4000, L'a'), pattern));
-}
-
-TEST(WqlCase, IsIgnoredForLettersOfEuropeanScripts) {
-  EXPECT_TRUE(EqualIgnoringCase(L"\u00C4\u00D6\u00DC \u0160\u0178", L"\u00E4\u00F6\u00FC \u0161\u00FF"));
-  EXPECT_TRUE(EqualIgnoringCase(L"\u0391\u0386\u03A3", L"\u03B1\u03AC\u03C2"));
-  EXPECT_TRUE(EqualIgnoringCase(L"\u0411\u0401\u0490", L"\u0431\u0451\u0491"));
-  EXPECT_TRUE(EqualIgnoringCase(L"\uFF21\u1EA0\u0531", L"\uFF41\u1EA1\u0561"));
-}
-
-TEST(WqlCase, CountsWhereACharacterHasNoSingleOtherCase) {
-  EXPECT_FALSE(EqualIgnoringCase(L"I", L"\u0131"));
-  EXPECT_FALSE(EqualIgnoringCase(L"\u0130", L"i"));
-  EXPECT_FALSE(EqualIgnoringCase(L"\u00DF", L"ss"));
-  EXPECT_FALSE(EqualIgnoringCase(L"\u00D7", L"\u00F7"));
-  EXPECT_FALSE(EqualIgnoringCase(L"[", L"{"));
-  EXPECT_FALSE(EqualIgnoringCase(L"a", L"ab"));
-}
-
-TEST(WqlCase, FoldsToACharacterThatFoldsToItself) {
-  for (unsigned code = 0; code <= 0xFFFF; ++code) {
-    const wchar_t folded = FoldCase(static_cast<wchar_t>(code));
-    EXPECT_EQ(FoldCase(folded), folded) << code;
-  }
 }
 
 }  // namespace
