@@ -5,6 +5,7 @@
 #include <bit>
 #include <concepts>
 #include <span>
+#include <string_view>
 
 #include "platform/guard.h"
 #include "platform/os/text.h"
@@ -29,25 +30,31 @@ bool QueryObject(DeviceClass device_class, std::uint32_t information_id, void* d
   return Query(device_class, information_id, device, std::as_writable_bytes(std::span(&object, 1))) != 0;
 }
 
+/// The part of a text before its first zero, found by the fastest search that the characters have.
+template <class Character>
+std::basic_string_view<Character> UntilZero(std::basic_string_view<Character> text) {
+  return text.substr(0, text.find(Character{}));
+}
+
 /// The part of a text buffer before its first zero. The last place always counts as a zero, so that a buffer
 /// that came back without one is still bounded.
 template <class Character, std::size_t kSize>
-std::span<const Character> UntilZero(const std::array<Character, kSize>& buffer) {
-  const auto last = buffer.end() - 1;
-  return {buffer.begin(), std::find(buffer.begin(), last, Character{})};
+std::basic_string_view<Character> UntilZero(const std::array<Character, kSize>& buffer) {
+  return UntilZero(std::basic_string_view<Character>(buffer.data(), kSize - 1));
 }
 
-/// Widens through a buffer of as many characters as the narrow one has bytes, so that it always fits.
+/// Widens `narrow` into `text`, which is empty, through a buffer of as many characters as the narrow one has
+/// bytes, so that it always fits. Of that buffer only what the conversion says it has written is read.
 template <std::size_t kSize>
-std::wstring Widen(const std::array<char, kSize>& narrow) {
-  const std::span<const char> text = UntilZero(narrow);
-  if (text.empty()) return {};
-  std::array<wchar_t, kSize> wide{};
+void Widen(const std::array<char, kSize>& narrow, std::wstring& text) {
+  const std::string_view bytes = UntilZero(narrow);
+  if (bytes.empty()) return;
+  std::array<wchar_t, kSize> wide;
   const int written =
-      os::MultiByteToWideChar(os::kNarrowCodePage, 0, text.data(), static_cast<int>(text.size()), wide.data(),
-                              static_cast<int>(kSize));
+      os::MultiByteToWideChar(os::kNarrowCodePage, 0, bytes.data(), static_cast<int>(bytes.size()),
+                              wide.data(), static_cast<int>(kSize));
   const auto end = wide.begin() + std::clamp(written, 0, static_cast<int>(kSize) - 1);
-  return {wide.begin(), std::find(wide.begin(), end, L'\0')};
+  text = std::wstring_view(wide.begin(), std::find(wide.begin(), end, L'\0'));
 }
 
 template <std::size_t kSize>
@@ -55,7 +62,7 @@ bool ReadWidened(DeviceClass device_class, std::uint32_t information_id, void* d
   text.clear();
   std::array<char, kSize> buffer{};
   if (!QueryObject(device_class, information_id, device, buffer)) return false;
-  text = Widen(buffer);
+  Widen(buffer, text);
   return true;
 }
 
@@ -123,8 +130,7 @@ std::string NarrowBytes(DeviceClass device_class, std::uint32_t information_id, 
   return Answer(std::string(), [&]() -> std::string {
     std::array<char, kNarrowTextSize> buffer{};
     if (!QueryObject(device_class, information_id, device, buffer)) return {};
-    const auto text = UntilZero(buffer);
-    return {text.begin(), text.end()};
+    return std::string(UntilZero(buffer));
   });
 }
 

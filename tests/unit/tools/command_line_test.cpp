@@ -48,7 +48,7 @@ TEST(CommandLine, DoublesBackslashesOnlyBeforeAQuote) {
   EXPECT_EQ(CommandLine({L"\""}), L"\"\\\"\"");
 }
 
-TEST(CommandLine, KeepsAnEmptyArgument) { EXPECT_EQ(CommandLine({L"a", L"", L"b"}), L"\"a\" \"\" \"b\""); }
+TEST(CommandLine, KeepsAnEmptyArgument) { EXPECT_EQ(CommandLine({L"a", {}, L"b"}), L"\"a\" \"\" \"b\""); }
 
 TEST(CommandLine, IsSplitIntoTheSameArguments) {
   std::mt19937 random(1);
