@@ -12,6 +12,7 @@ using simulator::Entered;
 using simulator::Fault;
 using simulator::Information;
 using simulator::Machine;
+using simulator::Session;
 using velmora::hal::DeviceClass;
 using velmora::hal::DeviceRecord;
 
@@ -37,7 +38,7 @@ int Spoil(Fault fault, std::span<unsigned char> buffer) {
 
 int HalInit(unsigned int device_class, void** table) {
   const Entered call("HalInit", device_class, static_cast<const void*>(table));
-  return call.fault == Fault::kFail ? 0 : 1;
+  return call.Fails() ? 0 : 1;
 }
 
 int HalQueryInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,
@@ -46,6 +47,14 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
                buffer_size);
   const std::span bytes(static_cast<unsigned char*>(buffer), buffer_size);
   if (call.fault != Fault::kNone) return Spoil(call.fault, bytes);
+  if (returned_size == nullptr || *returned_size != 0) {
+    simulator::ReportProblem("HalQueryInformation was given no zeroed count");
+    return 0;
+  }
+  if (const auto& answer = call.session.query_answer) {
+    const auto result = answer({device_class, device, information_id, bytes, *returned_size});
+    if (result) return *result;
+  }
   const auto information = Find(call.session.machine, device_class, information_id);
   if (!information) {
     call.session.ReportUnscripted("HalQueryInformation", "device class " + std::to_string(device_class));
@@ -58,7 +67,7 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
                       unsigned int buffer_size, unsigned int* /*returned_size*/) {
   Entered call("HalSetInformation", device_class, static_cast<const void*>(device), information_id,
                buffer_size);
-  if (call.fault != Fault::kNone) return call.fault == Fault::kFail ? 0 : 1;
+  if (call.fault != Fault::kNone) return call.Fails() ? 0 : 1;
   call.session.ReportUnscripted("HalSetInformation", "device class " + std::to_string(device_class));
   return 0;
 }
@@ -66,14 +75,17 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
 int HalOpenDevice(unsigned int device_class, void* device_record) {
   auto& record = *static_cast<DeviceRecord*>(device_record);
   Entered call("HalOpenDevice", device_class, record.number);
-  if (call.fault == Fault::kFail) return 0;
+  if (record.handle != 0 || record.zero != 0) {
+    simulator::ReportProblem("HalOpenDevice was given a record that is not zeroed");
+  }
+  if (call.Fails()) return 0;
   record.handle = call.session.OpenHandle();
   return 1;
 }
 
 int HalCloseDevice(unsigned int device_class, void* device_record) {
   auto& record = *static_cast<DeviceRecord*>(device_record);
-  Entered call("HalCloseDevice", device_class, record.number);
-  call.session.CloseHandle(record.handle, "HalCloseDevice");
-  return 1;
+  Session::Current().CloseHandle(record.handle, "HalCloseDevice");
+  const Entered call("HalCloseDevice", device_class, record.number);
+  return call.Fails() ? 0 : 1;
 }
