@@ -3,6 +3,7 @@
 #include <log4cxx/logger.h>
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,17 @@ struct LogRecord {
   std::string level;     ///< "DEBUG" or "ERROR"
   std::string text;      ///< the message
   std::string file;      ///< the source file that wrote it
-  std::string function;  ///< "Class::Function", as the logging library reads it out of the signature
+  std::string function;  ///< "Class::Function", which the logging library reads out of the signature
   int line = 0;
 
   bool operator==(const LogRecord&) const = default;
 };
+
+/// Shows a record in the message of a failed test.
+inline void PrintTo(const LogRecord& record, std::ostream* stream) {
+  *stream << record.level << " \"" << record.text << "\" at " << record.file << ":" << record.line << " in "
+          << record.function;
+}
 
 class CapturingAppender;
 

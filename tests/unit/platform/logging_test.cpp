@@ -77,10 +77,12 @@ TEST_F(Logging, HandsOverTextWithLevelAndLocation) {
   const int error_line = Reporter::ReportError(2);
   const int narrow_line = Reporter::ReportNarrow(3);
 
-  EXPECT_THAT(log.Lines(),
-              ElementsAre(LogRecord{"DEBUG", "value=1", kThisFile, "Reporter::ReportDebug", debug_line},
-                          LogRecord{"ERROR", "value=2", kThisFile, "Reporter::ReportError", error_line},
-                          LogRecord{"DEBUG", "value=3", kThisFile, "Reporter::ReportNarrow", narrow_line}));
+  EXPECT_THAT(
+      log.Lines(),
+      ElementsAre(
+          LogRecord{"DEBUG", "value=1", kThisFile, "logging_test::Reporter::ReportDebug", debug_line},
+          LogRecord{"ERROR", "value=2", kThisFile, "logging_test::Reporter::ReportError", error_line},
+          LogRecord{"DEBUG", "value=3", kThisFile, "logging_test::Reporter::ReportNarrow", narrow_line}));
 }
 
 TEST_F(Logging, KeepsWideTextThatIsNotAscii) {
@@ -165,8 +167,8 @@ TEST_F(Logging, ReportsALineThatCannotBeBuilt) {
   const CapturedLog log;
   CaptureStderr();
   LogDebug([](auto&) { throw std::runtime_error("it broke"); });
-  EXPECT_THAT(GetCapturedStderr(), HasSubstr(kFailure));
   LogError([](auto&) { throw 3; });
+  EXPECT_THAT(GetCapturedStderr(), HasSubstr(kFailure));
   EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
