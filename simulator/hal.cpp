@@ -2,30 +2,32 @@
 #include "platform/ostrine/hal.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
-#include "platform/ostrine/device_record.h"
-#include "simulator/information.h"
+#include "simulator/device_class.h"
 #include "simulator/session.h"
 
+using simulator::DeviceClassScript;
 using simulator::Entered;
 using simulator::Fault;
-using simulator::Information;
-using simulator::Machine;
 using simulator::Session;
-using velmora::hal::DeviceClass;
 using velmora::hal::DeviceRecord;
 
 namespace {
 
-std::optional<Information> Find(const Machine& machine, unsigned int device_class,
-                                unsigned int information_id) {
-  switch (static_cast<DeviceClass>(device_class)) {
-    case DeviceClass::kBaseboard:
-      return simulator::BaseboardInformation(machine, information_id);
-    default:
-      return std::nullopt;
-  }
+const DeviceClassScript* FindScript(unsigned int device_class) {
+  static const std::array kScripts{&simulator::kBaseboardScript};
+  const auto found = std::ranges::find_if(kScripts, [=](const DeviceClassScript* script) {
+    return static_cast<unsigned int>(script->device_class) == device_class;
+  });
+  return found == kScripts.end() ? nullptr : *found;
+}
+
+/// Reports a call that nothing was scripted for; it fails.
+int Unscripted(Entered& call, const char* function, unsigned int device_class) {
+  call.session.ReportUnscripted(function, "device class " + std::to_string(device_class));
+  return 0;
 }
 
 /// Lets a query go wrong as the test wants it.
@@ -38,7 +40,14 @@ int Spoil(Fault fault, std::span<unsigned char> buffer) {
 
 int HalInit(unsigned int device_class, void** table) {
   const Entered call("HalInit", device_class, static_cast<const void*>(table));
-  return call.Fails() ? 0 : 1;
+  if (table != nullptr && *table != nullptr) {
+    simulator::ReportProblem("HalInit was given a table pointer that is not null");
+  }
+  if (call.Fails()) return 0;
+  if (table == nullptr || call.fault == Fault::kEmpty) return 1;
+  const auto* script = FindScript(device_class);
+  if (script != nullptr && script->make_table != nullptr) *table = script->make_table(call.session.machine);
+  return 1;
 }
 
 int HalQueryInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,
@@ -55,26 +64,28 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
     const auto result = answer({device_class, device, information_id, bytes, *returned_size});
     if (result) return *result;
   }
-  const auto information = Find(call.session.machine, device_class, information_id);
-  if (!information) {
-    call.session.ReportUnscripted("HalQueryInformation", "device class " + std::to_string(device_class));
-    return 0;
-  }
-  return WriteInformation(*information, bytes, returned_size) ? 1 : 0;
+  const auto* script = FindScript(device_class);
+  const auto information = script == nullptr
+                               ? std::nullopt
+                               : script->query({call.session.machine, device, information_id, buffer_size});
+  if (!information) return Unscripted(call, "HalQueryInformation", device_class);
+  return simulator::WriteInformation(*information, bytes, returned_size) ? 1 : 0;
 }
 
-int HalSetInformation(unsigned int device_class, void* device, unsigned int information_id, void* /*buffer*/,
+int HalSetInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,
                       unsigned int buffer_size, unsigned int* /*returned_size*/) {
   Entered call("HalSetInformation", device_class, static_cast<const void*>(device), information_id,
                buffer_size);
   if (call.fault != Fault::kNone) return call.Fails() ? 0 : 1;
-  call.session.ReportUnscripted("HalSetInformation", "device class " + std::to_string(device_class));
-  return 0;
+  const auto* script = FindScript(device_class);
+  if (script == nullptr || script->set == nullptr) return Unscripted(call, "HalSetInformation", device_class);
+  const std::span bytes(static_cast<const unsigned char*>(buffer), buffer_size);
+  return script->set(call.session.machine, information_id, bytes) ? 1 : 0;
 }
 
 int HalOpenDevice(unsigned int device_class, void* device_record) {
   auto& record = *static_cast<DeviceRecord*>(device_record);
-  Entered call("HalOpenDevice", device_class, record.number);
+  const Entered call("HalOpenDevice", device_class, record.number);
   if (record.handle != 0 || record.zero != 0) {
     simulator::ReportProblem("HalOpenDevice was given a record that is not zeroed");
   }
@@ -84,7 +95,7 @@ int HalOpenDevice(unsigned int device_class, void* device_record) {
 }
 
 int HalCloseDevice(unsigned int device_class, void* device_record) {
-  auto& record = *static_cast<DeviceRecord*>(device_record);
+  const auto& record = *static_cast<const DeviceRecord*>(device_record);
   Session::Current().CloseHandle(record.handle, "HalCloseDevice");
   const Entered call("HalCloseDevice", device_class, record.number);
   return call.Fails() ? 0 : 1;

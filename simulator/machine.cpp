@@ -1,7 +1,5 @@
 #include "simulator/machine.h"
 
-#include "simulator/machine_fields.h"
-
 namespace simulator {
 namespace {
 

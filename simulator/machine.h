@@ -3,28 +3,18 @@
 /// A section that is absent has not been scripted: a call that would need it fails the test by name. A
 /// machine that comes from a file is whole, so there a missing section means that the machine has no such
 /// thing.
+///
+/// Each section stands in a file of its own with a list `Fields` of the keys by which a machine file holds
+/// its members. One list serves reading, writing and filling: an archive has a member `Field(key, member)`
+/// that does the one thing it is for.
 #pragma once
 
 #include <optional>
 #include <string>
 
+#include "simulator/sections/baseboard.h"
+
 namespace simulator {
-
-/// A text that the firmware or the system may hold; a query for an absent one fails.
-using Text = std::optional<std::string>;
-
-/// The baseboard and the BIOS. File key `baseboard`.
-struct Baseboard {
-  Text product;
-  Text manufacturer;
-  Text version;
-  Text serial_number;
-  Text bios_version;
-  Text bios_manufacturer;
-  Text bios_release_date;
-
-  bool operator==(const Baseboard&) const = default;
-};
 
 struct Machine {
   std::string name;  ///< what kind of machine this is, for people
@@ -32,6 +22,12 @@ struct Machine {
 
   bool operator==(const Machine&) const = default;
 };
+
+template <class Archive>
+void Fields(Archive& archive, Machine& machine) {
+  archive.Field("name", machine.name);
+  archive.Field("baseboard", machine.baseboard);
+}
 
 /// A machine of which nothing is scripted: any call fails the test by name.
 Machine BlankMachine();

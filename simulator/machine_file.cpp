@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "simulator/json_lines.h"
-#include "simulator/machine_fields.h"
 
 namespace simulator {
 namespace {

@@ -161,6 +161,15 @@ TEST(Run, ReportsARecordThatIsNotZeroedBeforeItIsOpened) {
   EXPECT_THAT(captured.Problems(), ElementsAre("HalOpenDevice was given a record that is not zeroed"));
 }
 
+TEST(Run, ReportsATablePointerThatIsNotNull) {
+  const CapturedProblems captured;
+  const auto run = simulator::Use(simulator::BlankMachine());
+  int leftover = 0;
+  void* table = &leftover;
+  HalInit(kDisk, &table);
+  EXPECT_THAT(captured.Problems(), ElementsAre("HalInit was given a table pointer that is not null"));
+}
+
 TEST(Run, ReportsAQueryWhoseCountIsNotZeroed) {
   const CapturedProblems captured;
   const auto run = simulator::Use(MachineWithProduct("20XW"));

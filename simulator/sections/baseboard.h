@@ -1,10 +1,21 @@
-/// Which keys of a machine file hold which members of a machine. One list serves reading, writing and
-/// filling: an archive has a member `Field(key, member)` that does the one thing it is for.
 #pragma once
 
-#include "simulator/machine.h"
+#include "simulator/sections/common.h"
 
 namespace simulator {
+
+/// The baseboard and the BIOS. File key `baseboard`.
+struct Baseboard {
+  Text product;
+  Text manufacturer;
+  Text version;
+  Text serial_number;
+  Text bios_version;
+  Text bios_manufacturer;
+  Text bios_release_date;
+
+  bool operator==(const Baseboard&) const = default;
+};
 
 template <class Archive>
 void Fields(Archive& archive, Baseboard& baseboard) {
@@ -15,12 +26,6 @@ void Fields(Archive& archive, Baseboard& baseboard) {
   archive.Field("bios_version", baseboard.bios_version);
   archive.Field("bios_manufacturer", baseboard.bios_manufacturer);
   archive.Field("bios_release_date", baseboard.bios_release_date);
-}
-
-template <class Archive>
-void Fields(Archive& archive, Machine& machine) {
-  archive.Field("name", machine.name);
-  archive.Field("baseboard", machine.baseboard);
 }
 
 }  // namespace simulator
