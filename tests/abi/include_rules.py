@@ -31,6 +31,8 @@ SUBSYSTEMS = "inventory|power|devices|bluetooth|system|network"
 DECISION = rf'"({SUBSYSTEMS})/\w+\.h"'
 LOGGING = r'"logging/propertyconfiguratorex\.h"'
 LOG4CXX = r"<log4cxx/.*>"
+HOST = r"<velmora/\w+\.h>"
+REPORT = r'"velmora-report/\w+\.h"'
 
 # The first line whose pattern fits a file's path says what it may include besides the standard library.
 RULES = [
@@ -46,12 +48,11 @@ RULES = [
     (r"ostrine/common/\w+\.(h|cpp)", [OSTRINE_CONTRACT, UNICODE, r'"ostrine/common/\w+\.h"']),
     (r"ostrine/(windows|linux)/\w+\.(h|cpp)",
      [ANY_SYSTEM, OSTRINE_CONTRACT, UNICODE, r'"ostrine/(common|{1})/\w+\.h"']),
-    (r"simulator/\w+\.(h|cpp)",
-     [CONTRACTS, UNICODE, r'"simulator/\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>"]),
+    (r"simulator/(sections/)?\w+\.(h|cpp)",
+     [CONTRACTS, UNICODE, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>"]),
     (r"logging/\w+\.(h|cpp)", [LOGGING, LOG4CXX]),
-    (r"tools/[\w/-]+\.(h|cpp)",
-     [ANY_SYSTEM, PUBLIC, LOGGING, LOG4CXX, r'"velmora-report/\w+\.h"', r'"simulator/\w+\.h"', r"<iostream>",
-      r"<nlohmann/json\.hpp>"]),
+    (r"tools/velmora-report/(windows|linux)/\w+\.(h|cpp)", [ANY_SYSTEM, REPORT]),
+    (r"tools/velmora-report/\w+\.(h|cpp)", [HOST, REPORT, r"<nlohmann/json\.hpp>"]),
 ]
 FOLDERS = ["include", "src", "ostrine", "simulator", "logging", "tools"]
 
