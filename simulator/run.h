@@ -67,6 +67,9 @@ class Run {
   /// on.
   void Inject(Fault fault, int number, bool forever = false);
 
+  /// Has the machine changed just before call number `number`, counted as above: what happens meanwhile.
+  void BeforeCall(int number, std::function<void(Machine&)> change);
+
   /// Handles that stand open.
   int OpenHandles() const;
 
