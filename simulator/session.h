@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -71,6 +72,7 @@ class Session {
   bool fault_is_forever = false;
   QueryAnswer query_answer;
   std::set<std::uint64_t> open_handles;
+  std::vector<std::shared_ptr<void>> kept;  ///< what has to live as long as the session
   std::function<void(Machine&)> before_call;
   int before_call_number = 0;
 
@@ -123,7 +125,7 @@ class InsideSimulator {
 template <class... Arguments>
 std::string Joined(const Arguments&... arguments) {
   std::string text;
-  bool is_first = true;
+  [[maybe_unused]] bool is_first = true;
   ((text += (std::exchange(is_first, false) ? "" : ", ") + Shown(arguments)), ...);
   return text;
 }

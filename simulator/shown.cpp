@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "platform/unicode.h"
-#include "simulator/session.h"
 #include "simulator/guid_text.h"
+#include "simulator/session.h"
 
 namespace simulator {
 

@@ -29,8 +29,8 @@ struct Adapter {
   bool dhcp_enabled = true;
   std::vector<AdapterAddress> ip_addresses;
   std::vector<AdapterAddress> gateways;
-  std::int64_t lease_obtained = 0;      ///< seconds since 1970-01-01 UTC
-  std::int64_t lease_expires = 0;       ///< likewise; 0 without a lease
+  std::int64_t lease_obtained = 0;        ///< seconds since 1970-01-01 UTC
+  std::int64_t lease_expires = 0;         ///< likewise; 0 without a lease
   std::uint32_t arrives_after_calls = 0;  ///< is not there until the list was asked for so often
 
   bool operator==(const Adapter&) const = default;

@@ -9,7 +9,8 @@ struct Internet {
   std::uint32_t access_type = 1;  ///< 1 direct, 3 proxy
   std::string proxy;
   Error proxy_error = 0;
-  std::optional<Bytes> proxy_answer;  ///< the answer's bytes where they shall be other than those of the above
+  std::optional<Bytes>
+      proxy_answer;  ///< the answer's bytes where they shall be other than those of the above
   bool connected = false;
   std::uint32_t connection_flags = 0;  ///< bits 0 modem, 1 local network, 2 proxy, 5 offline
 
