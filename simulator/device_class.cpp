@@ -5,11 +5,11 @@
 #include <string>
 
 #include "platform/unicode.h"
+#include "simulator/session.h"
 
 namespace simulator {
 namespace {
 
-using velmora::hal::DeviceRecord;
 using velmora::hal::kTableHeadSize;
 
 bool Put(const void* bytes, std::size_t size, std::span<unsigned char> buffer, unsigned int* returned_size) {
@@ -48,12 +48,11 @@ struct Writer {
 
 }  // namespace
 
-std::uint32_t Question::DeviceNumber() const {
-  std::uint32_t number = 0;
-  if (device != nullptr) {
-    std::memcpy(&number, static_cast<const char*>(device) + offsetof(DeviceRecord, number), sizeof number);
-  }
-  return number;
+std::optional<std::uint32_t> HandedOutTable::EntryAt(const void* address) const {
+  const auto first = reinterpret_cast<std::uintptr_t>(begin) + kTableHeadSize;
+  const auto at = reinterpret_cast<std::uintptr_t>(address);
+  if (at < first || (at - first) % entry_size != 0 || (at - first) / entry_size >= count) return std::nullopt;
+  return static_cast<std::uint32_t>((at - first) / entry_size);
 }
 
 Information NarrowOrRefused(const Text& text) {
@@ -72,9 +71,6 @@ void* MakeTable(std::size_t count, std::size_t entry_size) {
   if (table == nullptr) return nullptr;
   const auto entries = static_cast<std::uint32_t>(count);
   std::memcpy(table + velmora::hal::kFailingDriverCountAt, &entries, sizeof entries);
-  for (std::uint32_t i = 0; i < entries; ++i) {
-    std::memcpy(table + kTableHeadSize + i * entry_size + offsetof(DeviceRecord, number), &i, sizeof i);
-  }
   return table;
 }
 

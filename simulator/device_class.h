@@ -36,21 +36,20 @@ using Information = std::variant<Refused, Narrow, Wide, Record, std::uint32_t, s
 /// One query.
 struct Question {
   Machine& machine;
-  const void* device;  ///< null, a device record, or an entry of the class's table
+  std::optional<std::uint32_t> device_number;  ///< nothing: the class as a whole was asked
   unsigned int information_id;
   unsigned int buffer_size;
-
-  /// The number in the device record; the index of a table entry is kept in the same place.
-  std::uint32_t DeviceNumber() const;
 };
 
 /// A device class over a machine. A function answers nothing when the machine has no script for the class.
 struct DeviceClassScript {
   velmora::hal::DeviceClass device_class;
   std::optional<Information> (*query)(const Question& question);
-  /// The class's table, allocated with malloc; null for a class without one, or when the machine has no such
-  /// device.
-  void* (*make_table)(const Machine& machine) = nullptr;
+  /// How many entries the class's table has; null for a class without a table.
+  std::size_t (*count_entries)(const Machine& machine) = nullptr;
+  std::size_t entry_size = sizeof(velmora::hal::DeviceRecord);
+  /// Whether a device opens; null for a class whose devices are not opened.
+  bool (*opens)(const Machine& machine, std::uint32_t number) = nullptr;
   /// Takes a setting; false refuses it.
   bool (*set)(Machine& machine, unsigned int information_id, std::span<const unsigned char> bytes) = nullptr;
 };
@@ -66,8 +65,8 @@ Information NumberOrRefused(const std::optional<Number>& number) {
   return *number;
 }
 
-/// A table of `count` entries of `entry_size` bytes behind the 8-byte head, whose second half holds the
-/// count; each entry holds its index where a device record holds its number.
+/// A table, allocated with malloc: entries of `entry_size` bytes behind the 8-byte head, whose second half
+/// holds their count.
 void* MakeTable(std::size_t count, std::size_t entry_size);
 
 /// Writes `information` into `buffer` as the contract demands; false when it is refused or does not fit.
@@ -76,5 +75,9 @@ bool WriteInformation(const Information& information, std::span<unsigned char> b
 
 // One script a device class, each in the file of its device.
 extern const DeviceClassScript kBaseboardScript;
+extern const DeviceClassScript kCpuScript;
+extern const DeviceClassScript kDiskScript;
+extern const DeviceClassScript kMemoryScript;
+extern const DeviceClassScript kVideoScript;
 
 }  // namespace simulator

@@ -21,28 +21,22 @@ Information Answer(const Disk& disk, unsigned int information_id) {
 std::optional<Information> Query(const Question& question) {
   const auto& disks = question.machine.disks;
   if (!disks) return std::nullopt;
-  if (question.device == nullptr) {
-    if (question.information_id == 7) return static_cast<std::uint32_t>(disks->size());
-    return Refused{};
-  }
-  if (question.device_number >= disks->size()) return Refused{};
-  return Answer((*disks)[question.device_number], question.information_id);
+  if (question.device_number) return Answer(disks->at(*question.device_number), question.information_id);
+  if (question.information_id == 7) return static_cast<std::uint32_t>(disks->size());
+  return Refused{};
 }
+
+std::size_t CountDisks(const Machine& machine) { return machine.disks ? machine.disks->size() : 0; }
 
 bool Opens(const Machine& machine, std::uint32_t number) {
-  return machine.disks && number < machine.disks->size() && !(*machine.disks)[number].refuses_opening;
-}
-
-void* MakeDiskTable(const Machine& machine) {
-  if (!machine.disks) return nullptr;
-  return MakeTable(machine.disks->size(), sizeof(velmora::hal::DeviceRecord));
+  return number < CountDisks(machine) && !(*machine.disks)[number].refuses_opening;
 }
 
 }  // namespace
 
 const DeviceClassScript kDiskScript{.device_class = velmora::hal::DeviceClass::kDisk,
                                     .query = Query,
-                                    .make_table = MakeDiskTable,
+                                    .count_entries = CountDisks,
                                     .opens = Opens};
 
 }  // namespace simulator

@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <ranges>
 #include <span>
+#include <string>
 
 #include "simulator/device_class.h"
 #include "simulator/session.h"
@@ -17,11 +20,44 @@ using velmora::hal::DeviceRecord;
 namespace {
 
 const DeviceClassScript* FindScript(unsigned int device_class) {
-  static const std::array kScripts{&simulator::kBaseboardScript};
+  static const std::array kScripts{&simulator::kBaseboardScript, &simulator::kCpuScript, &simulator::kDiskScript,
+                                   &simulator::kMemoryScript, &simulator::kVideoScript};
   const auto found = std::ranges::find_if(kScripts, [=](const DeviceClassScript* script) {
     return static_cast<unsigned int>(script->device_class) == device_class;
   });
   return found == kScripts.end() ? nullptr : *found;
+}
+
+/// What the device argument of a query means. A pointer is compared with the tables that were handed out and
+/// read only where it can be nothing but a device record.
+struct DeviceArgument {
+  std::string shown;
+  std::optional<std::uint32_t> number;  ///< nothing: the class as a whole
+  bool is_valid = true;
+};
+
+DeviceArgument FindDevice(const Session& session, const DeviceClassScript* script, const void* device) {
+  if (device == nullptr || script == nullptr) return {.shown = device == nullptr ? "null" : "pointer"};
+  if (script->opens != nullptr) {
+    const std::uint32_t number = static_cast<const DeviceRecord*>(device)->number;
+    return {.shown = "record " + std::to_string(number),
+            .number = number,
+            .is_valid = script->opens(session.machine, number)};
+  }
+  for (const auto& table : session.tables | std::views::reverse) {
+    if (table.begin == device) return {.shown = "table"};
+    const auto number = table.EntryAt(device);
+    if (number) return {.shown = "entry " + std::to_string(*number), .number = number};
+  }
+  return {.shown = "pointer", .is_valid = false};
+}
+
+/// Makes the table of a class and remembers where it lies.
+void* MakeTable(Session& session, const DeviceClassScript& script) {
+  const std::size_t count = script.count_entries(session.machine);
+  void* table = simulator::MakeTable(count, script.entry_size);
+  session.tables.push_back({static_cast<const char*>(table), count, script.entry_size});
+  return table;
 }
 
 /// Reports a call that nothing was scripted for; it fails.
@@ -46,14 +82,15 @@ int HalInit(unsigned int device_class, void** table) {
   if (call.Fails()) return 0;
   if (table == nullptr || call.fault == Fault::kEmpty) return 1;
   const auto* script = FindScript(device_class);
-  if (script != nullptr && script->make_table != nullptr) *table = script->make_table(call.session.machine);
+  if (script != nullptr && script->count_entries != nullptr) *table = MakeTable(call.session, *script);
   return 1;
 }
 
 int HalQueryInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,
                         unsigned int buffer_size, unsigned int* returned_size) {
-  Entered call("HalQueryInformation", device_class, static_cast<const void*>(device), information_id,
-               buffer_size);
+  const auto* script = FindScript(device_class);
+  const auto argument = FindDevice(Session::Current(), script, device);
+  Entered call("HalQueryInformation", device_class, argument.shown, information_id, buffer_size);
   const std::span bytes(static_cast<unsigned char*>(buffer), buffer_size);
   if (call.fault != Fault::kNone) return Spoil(call.fault, bytes);
   if (returned_size == nullptr || *returned_size != 0) {
@@ -64,10 +101,11 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
     const auto result = answer({device_class, device, information_id, bytes, *returned_size});
     if (result) return *result;
   }
-  const auto* script = FindScript(device_class);
-  const auto information = script == nullptr
-                               ? std::nullopt
-                               : script->query({call.session.machine, device, information_id, buffer_size});
+  if (!argument.is_valid) return 0;
+  const auto information =
+      script == nullptr
+          ? std::nullopt
+          : script->query({call.session.machine, argument.number, information_id, buffer_size});
   if (!information) return Unscripted(call, "HalQueryInformation", device_class);
   return simulator::WriteInformation(*information, bytes, returned_size) ? 1 : 0;
 }
@@ -85,11 +123,13 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
 
 int HalOpenDevice(unsigned int device_class, void* device_record) {
   auto& record = *static_cast<DeviceRecord*>(device_record);
-  const Entered call("HalOpenDevice", device_class, record.number);
+  Entered call("HalOpenDevice", device_class, record.number);
   if (record.handle != 0 || record.zero != 0) {
     simulator::ReportProblem("HalOpenDevice was given a record that is not zeroed");
   }
-  if (call.Fails()) return 0;
+  const auto* script = FindScript(device_class);
+  if (script == nullptr || script->opens == nullptr) return Unscripted(call, "HalOpenDevice", device_class);
+  if (call.Fails() || !script->opens(call.session.machine, record.number)) return 0;
   record.handle = call.session.OpenHandle();
   return 1;
 }

@@ -18,24 +18,20 @@ Information Answer(const MemoryModule& module, unsigned int information_id) {
 std::optional<Information> Query(const Question& question) {
   const auto& modules = question.machine.memory_modules;
   if (!modules) return std::nullopt;
-  if (question.device == nullptr) {
-    if (question.information_id == 0) return static_cast<std::uint32_t>(modules->size());
-    return Refused{};
-  }
-  if (question.device_number >= modules->size()) return Refused{};
-  return Answer((*modules)[question.device_number], question.information_id);
+  if (question.device_number) return Answer(modules->at(*question.device_number), question.information_id);
+  if (question.information_id == 0) return static_cast<std::uint32_t>(modules->size());
+  return Refused{};
 }
 
-void* MakeModuleTable(const Machine& machine) {
-  if (!machine.memory_modules) return nullptr;
-  return MakeTable(machine.memory_modules->size(), velmora::hal::kMemoryEntrySize);
+std::size_t CountModules(const Machine& machine) {
+  return machine.memory_modules ? machine.memory_modules->size() : 0;
 }
 
 }  // namespace
 
 const DeviceClassScript kMemoryScript{.device_class = velmora::hal::DeviceClass::kMemory,
                                       .query = Query,
-                                      .make_table = MakeModuleTable,
+                                      .count_entries = CountModules,
                                       .entry_size = velmora::hal::kMemoryEntrySize};
 
 }  // namespace simulator

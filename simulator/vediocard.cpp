@@ -36,14 +36,13 @@ std::optional<Information> Query(const Question& question) {
   return Answer(*video, question.information_id);
 }
 
-void* MakeCardTable(const Machine& machine) {
-  if (!machine.video) return nullptr;
-  return MakeTable(machine.video->card_count.value_or(0), sizeof(velmora::hal::DeviceRecord));
+std::size_t CountCards(const Machine& machine) {
+  return machine.video ? machine.video->card_count.value_or(0) : 0;
 }
 
 }  // namespace
 
 const DeviceClassScript kVideoScript{
-    .device_class = velmora::hal::DeviceClass::kVideo, .query = Query, .make_table = MakeCardTable};
+    .device_class = velmora::hal::DeviceClass::kVideo, .query = Query, .count_entries = CountCards};
 
 }  // namespace simulator

@@ -164,7 +164,7 @@ TEST(Memory, GivesEachCopyATableOfItsOwn) {
 
 TEST(Memory, AsksTheSystemForItsLoad) {
   auto machine = simulator::EmptyMachine();
-  machine.memory_status = {.load = 63, .total_physical = 16 * kGiB, .available_physical = 4 * kGiB};
+  machine.memory_status = {.load_percent = 63, .total_physical = 16 * kGiB, .available_physical = 4 * kGiB};
   const auto run = simulator::Use(machine);
   CMemory memory;
 
@@ -175,7 +175,7 @@ TEST(Memory, AsksTheSystemForItsLoad) {
 
 TEST(Memory, HasNoLoadWhenTheSystemDoesNotAnswer) {
   auto machine = simulator::EmptyMachine();
-  machine.memory_status = {.load = 63, .total_physical = 16 * kGiB, .available_physical = 4 * kGiB};
+  machine.memory_status = {.load_percent = 63, .total_physical = 16 * kGiB, .available_physical = 4 * kGiB};
   auto run = simulator::Use(machine);
   run.Inject(simulator::Fault::kFail, 1, true);
   CMemory memory;

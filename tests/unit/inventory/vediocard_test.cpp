@@ -40,24 +40,24 @@ struct TextGetter {
 };
 
 const TextGetter kTexts[] = {
-    {"6, pointer, 1, 520", &CVediocard::GetInternalVideoCardName, L"Intel(R) Iris(R) Xe Graphics"},
-    {"6, pointer, 1, 520", &CVediocard::GetUsedVideoCardName, L"Intel(R) Iris(R) Xe Graphics"},
-    {"6, pointer, 7, 520", &CVediocard::GetIndependentVideoCardName, L"NVIDIA GeForce MX450"},
-    {"6, pointer, 7, 520", &CVediocard::GetUnUsedVideoCardName, L"NVIDIA GeForce MX450"},
-    {"6, pointer, 2, 520", &CVediocard::GetInternalVideoCardStatus, L"OK"},
-    {"6, pointer, 2, 520", &CVediocard::GetUsedVideoCardStatus, L"OK"},
-    {"6, pointer, 8, 520", &CVediocard::GetIndependentVideoCardStatus, L"Error"},
-    {"6, pointer, 8, 520", &CVediocard::GetUnUsedVideoCardStatus, L"Error"},
-    {"6, pointer, 3, 520", &CVediocard::GetInternalVideoCardDriverVersion, L"30.0.101.1404"},
-    {"6, pointer, 3, 520", &CVediocard::GetUsedVideoCardDriverVersion, L"30.0.101.1404"},
-    {"6, pointer, 9, 520", &CVediocard::GetIndependentVideoCardDriverVersion, L"27.21.14.5671"},
-    {"6, pointer, 9, 520", &CVediocard::GetUnUsedVideoCardDriverVersion, L"27.21.14.5671"},
-    {"6, pointer, 4, 520", &CVediocard::GetInternalVideoCardDriverDate, L"2022-02-14"},
-    {"6, pointer, 4, 520", &CVediocard::GetUsedVideoCardDriverDate, L"2022-02-14"},
-    {"6, pointer, 10, 520", &CVediocard::GetIndependentVideoCardDriverDate, L"2020-10-05"},
-    {"6, pointer, 10, 520", &CVediocard::GetUnUsedVideoCardDriverDate, L"2020-10-05"},
-    {"6, pointer, 23, 520", &CVediocard::GetDisplayResolution, L"1920 x 1080"},
-    {"6, pointer, 27, 260", &CVediocard::GetMonitorCaption, L"LEN40BA"},
+    {"6, table, 1, 520", &CVediocard::GetInternalVideoCardName, L"Intel(R) Iris(R) Xe Graphics"},
+    {"6, table, 1, 520", &CVediocard::GetUsedVideoCardName, L"Intel(R) Iris(R) Xe Graphics"},
+    {"6, table, 7, 520", &CVediocard::GetIndependentVideoCardName, L"NVIDIA GeForce MX450"},
+    {"6, table, 7, 520", &CVediocard::GetUnUsedVideoCardName, L"NVIDIA GeForce MX450"},
+    {"6, table, 2, 520", &CVediocard::GetInternalVideoCardStatus, L"OK"},
+    {"6, table, 2, 520", &CVediocard::GetUsedVideoCardStatus, L"OK"},
+    {"6, table, 8, 520", &CVediocard::GetIndependentVideoCardStatus, L"Error"},
+    {"6, table, 8, 520", &CVediocard::GetUnUsedVideoCardStatus, L"Error"},
+    {"6, table, 3, 520", &CVediocard::GetInternalVideoCardDriverVersion, L"30.0.101.1404"},
+    {"6, table, 3, 520", &CVediocard::GetUsedVideoCardDriverVersion, L"30.0.101.1404"},
+    {"6, table, 9, 520", &CVediocard::GetIndependentVideoCardDriverVersion, L"27.21.14.5671"},
+    {"6, table, 9, 520", &CVediocard::GetUnUsedVideoCardDriverVersion, L"27.21.14.5671"},
+    {"6, table, 4, 520", &CVediocard::GetInternalVideoCardDriverDate, L"2022-02-14"},
+    {"6, table, 4, 520", &CVediocard::GetUsedVideoCardDriverDate, L"2022-02-14"},
+    {"6, table, 10, 520", &CVediocard::GetIndependentVideoCardDriverDate, L"2020-10-05"},
+    {"6, table, 10, 520", &CVediocard::GetUnUsedVideoCardDriverDate, L"2020-10-05"},
+    {"6, table, 23, 520", &CVediocard::GetDisplayResolution, L"1920 x 1080"},
+    {"6, table, 27, 260", &CVediocard::GetMonitorCaption, L"LEN40BA"},
 };
 
 struct NumberGetter {
@@ -67,17 +67,17 @@ struct NumberGetter {
 };
 
 const NumberGetter kNumbers[] = {
-    {"6, pointer, 0, 4", &CVediocard::GetVideoCardNumber, 2},
-    {"6, pointer, 5, 4", &CVediocard::GetInternalVedioCardMemorySize, 128},
-    {"6, pointer, 5, 4", &CVediocard::GetUsedVedioCardMemorySize, 128},
-    {"6, pointer, 11, 4", &CVediocard::GetIndependentVedioCardMemorySize, 2048},
-    {"6, pointer, 11, 4", &CVediocard::GetUnUsedVedioCardMemorySize, 2048},
-    {"6, pointer, 6, 4", &CVediocard::GetInternalVedioCardErrorCode, 0},
-    {"6, pointer, 12, 4", &CVediocard::GetIndependentVedioCardErrorCode, 43},
-    {"6, pointer, 24, 4", &CVediocard::GetHorizontalResolution, 1920},
-    {"6, pointer, 25, 4", &CVediocard::GetVerticalResolution, 1080},
-    {"6, pointer, 26, 4", &CVediocard::GetRefreshRate, 60},
-    {"6, pointer, 28, 4", &CVediocard::GetBitPerPixel, 32},
+    {"6, table, 0, 4", &CVediocard::GetVideoCardNumber, 2},
+    {"6, table, 5, 4", &CVediocard::GetInternalVedioCardMemorySize, 128},
+    {"6, table, 5, 4", &CVediocard::GetUsedVedioCardMemorySize, 128},
+    {"6, table, 11, 4", &CVediocard::GetIndependentVedioCardMemorySize, 2048},
+    {"6, table, 11, 4", &CVediocard::GetUnUsedVedioCardMemorySize, 2048},
+    {"6, table, 6, 4", &CVediocard::GetInternalVedioCardErrorCode, 0},
+    {"6, table, 12, 4", &CVediocard::GetIndependentVedioCardErrorCode, 43},
+    {"6, table, 24, 4", &CVediocard::GetHorizontalResolution, 1920},
+    {"6, table, 25, 4", &CVediocard::GetVerticalResolution, 1080},
+    {"6, table, 26, 4", &CVediocard::GetRefreshRate, 60},
+    {"6, table, 28, 4", &CVediocard::GetBitPerPixel, 32},
 };
 
 /// The arguments of the query that a getter made.
