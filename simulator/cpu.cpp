@@ -5,23 +5,40 @@ namespace {
 
 Information Answer(const Cpu& cpu, unsigned int information_id) {
   switch (information_id) {
-    case 0: return NarrowOrRefused(cpu.vendor);
-    case 1: return NarrowOrRefused(cpu.name);
-    case 4: return NumberOrRefused(cpu.address_bits);
-    case 5: return NumberOrRefused(cpu.current_clock);
-    case 6: return NumberOrRefused(cpu.external_clock);
-    case 7: return NumberOrRefused(cpu.maximum_clock);
-    case 8: return NumberOrRefused(cpu.cores);
-    case 9: return NumberOrRefused(cpu.threads);
-    case 10: return NumberOrRefused(cpu.l1_size);
-    case 11: return NumberOrRefused(cpu.l2_size);
-    case 12: return NumberOrRefused(cpu.l3_size);
-    case 13: return NarrowOrRefused(cpu.l1_associativity);
-    case 14: return NarrowOrRefused(cpu.l2_associativity);
-    case 15: return NarrowOrRefused(cpu.l3_associativity);
-    case 18: return NumberOrRefused(cpu.load);
-    case 19: return NumberOrRefused(cpu.kind);
-    default: return Refused{};
+    case 0:
+      return NarrowOrRefused(cpu.vendor);
+    case 1:
+      return NarrowOrRefused(cpu.name);
+    case 4:
+      return NumberOrRefused(cpu.address_bits);
+    case 5:
+      return NumberOrRefused(cpu.current_clock);
+    case 6:
+      return NumberOrRefused(cpu.external_clock);
+    case 7:
+      return NumberOrRefused(cpu.maximum_clock);
+    case 8:
+      return NumberOrRefused(cpu.cores);
+    case 9:
+      return NumberOrRefused(cpu.threads);
+    case 10:
+      return NumberOrRefused(cpu.l1_size);
+    case 11:
+      return NumberOrRefused(cpu.l2_size);
+    case 12:
+      return NumberOrRefused(cpu.l3_size);
+    case 13:
+      return NarrowOrRefused(cpu.l1_associativity);
+    case 14:
+      return NarrowOrRefused(cpu.l2_associativity);
+    case 15:
+      return NarrowOrRefused(cpu.l3_associativity);
+    case 18:
+      return NumberOrRefused(cpu.load);
+    case 19:
+      return NumberOrRefused(cpu.kind);
+    default:
+      return Refused{};
   }
 }
 

@@ -5,16 +5,26 @@ namespace {
 
 Information Answer(const Disk& disk, unsigned int information_id) {
   switch (information_id) {
-    case 0: return WideOrRefused(disk.media_type);
-    case 1: return WideOrRefused(disk.caption);
-    case 2: return WideOrRefused(disk.serial_number);
-    case 3: return NumberOrRefused(disk.total);
-    case 4: return NumberOrRefused(disk.remaining);
-    case 5: return NumberOrRefused(disk.vendor_total);
-    case 6: return NumberOrRefused(disk.vendor_megabytes);
-    case 9: return WideOrRefused(disk.firmware);
-    case 10: return NumberOrRefused(disk.is_ssd);
-    default: return Refused{};
+    case 0:
+      return WideOrRefused(disk.media_type);
+    case 1:
+      return WideOrRefused(disk.caption);
+    case 2:
+      return WideOrRefused(disk.serial_number);
+    case 3:
+      return NumberOrRefused(disk.total);
+    case 4:
+      return NumberOrRefused(disk.remaining);
+    case 5:
+      return NumberOrRefused(disk.vendor_total);
+    case 6:
+      return NumberOrRefused(disk.vendor_megabytes);
+    case 9:
+      return WideOrRefused(disk.firmware);
+    case 10:
+      return NumberOrRefused(disk.is_ssd);
+    default:
+      return Refused{};
   }
 }
 

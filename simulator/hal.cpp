@@ -20,8 +20,9 @@ using velmora::hal::DeviceRecord;
 namespace {
 
 const DeviceClassScript* FindScript(unsigned int device_class) {
-  static const std::array kScripts{&simulator::kBaseboardScript, &simulator::kCpuScript, &simulator::kDiskScript,
-                                   &simulator::kMemoryScript, &simulator::kVideoScript};
+  static const std::array kScripts{&simulator::kBaseboardScript, &simulator::kCpuScript,
+                                   &simulator::kDiskScript, &simulator::kMemoryScript,
+                                   &simulator::kVideoScript};
   const auto found = std::ranges::find_if(kScripts, [=](const DeviceClassScript* script) {
     return static_cast<unsigned int>(script->device_class) == device_class;
   });
@@ -88,6 +89,7 @@ int HalInit(unsigned int device_class, void** table) {
 
 int HalQueryInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,
                         unsigned int buffer_size, unsigned int* returned_size) {
+  const simulator::InsideSimulator inside;
   const auto* script = FindScript(device_class);
   const auto argument = FindDevice(Session::Current(), script, device);
   Entered call("HalQueryInformation", device_class, argument.shown, information_id, buffer_size);
@@ -103,9 +105,8 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
   }
   if (!argument.is_valid) return 0;
   const auto information =
-      script == nullptr
-          ? std::nullopt
-          : script->query({call.session.machine, argument.number, information_id, buffer_size});
+      script == nullptr ? std::nullopt
+                        : script->query({call.session.machine, argument.number, information_id, buffer_size});
   if (!information) return Unscripted(call, "HalQueryInformation", device_class);
   return simulator::WriteInformation(*information, bytes, returned_size) ? 1 : 0;
 }

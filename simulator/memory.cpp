@@ -5,13 +5,20 @@ namespace {
 
 Information Answer(const MemoryModule& module, unsigned int information_id) {
   switch (information_id) {
-    case 1: return NarrowOrRefused(module.locator);
-    case 2: return NarrowOrRefused(module.manufacturer);
-    case 3: return NarrowOrRefused(module.serial_number);
-    case 4: return NarrowOrRefused(module.part_number);
-    case 5: return NumberOrRefused(module.capacity);
-    case 6: return NumberOrRefused(module.speed);
-    default: return Refused{};
+    case 1:
+      return NarrowOrRefused(module.locator);
+    case 2:
+      return NarrowOrRefused(module.manufacturer);
+    case 3:
+      return NarrowOrRefused(module.serial_number);
+    case 4:
+      return NarrowOrRefused(module.part_number);
+    case 5:
+      return NumberOrRefused(module.capacity);
+    case 6:
+      return NumberOrRefused(module.speed);
+    default:
+      return Refused{};
   }
 }
 

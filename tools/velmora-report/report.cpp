@@ -9,4 +9,9 @@ Value TextValue(std::wstring_view text) {
   return ToUtf8(text);
 }
 
+Value NumberValue(std::uint64_t number) {
+  if (number == 0) return Absent{};
+  return number;
+}
+
 }  // namespace report

@@ -18,6 +18,9 @@ using Value = std::variant<Absent, std::string, std::uint64_t, bool>;
 /// The value of a text, which is absent when the library gives the empty one.
 Value TextValue(std::wstring_view text);
 
+/// The value of a number, which is absent when the library gives 0 for not knowing it.
+Value NumberValue(std::uint64_t number);
+
 /// One thing that a section tells.
 struct Row {
   std::string key;    ///< for programs: lower case with underscores, and the unit where there is one

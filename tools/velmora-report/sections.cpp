@@ -1,12 +1,16 @@
 #include "velmora-report/sections.h"
 
 #include "velmora-report/baseboard_section.h"
+#include "velmora-report/cpu_section.h"
+#include "velmora-report/disk_section.h"
+#include "velmora-report/memory_section.h"
+#include "velmora-report/vediocard_section.h"
 
 namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(),
+      BaseboardSection(), CpuSection(), MemorySection(), DiskSection(), VediocardSection(),
   };
 }
 

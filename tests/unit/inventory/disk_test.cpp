@@ -70,8 +70,10 @@ TEST(Disk, OpensAsksAndClosesTheDiskForEachQuestion) {
   const auto asked = [](const char* query) {
     return ElementsAre("HalOpenDevice(7, 0)", query, "HalCloseDevice(7, 0)");
   };
-  EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetMediaType(0); }), asked("HalQueryInformation(7, record 0, 0, 520)"));
-  EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetCaption(0); }), asked("HalQueryInformation(7, record 0, 1, 520)"));
+  EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetMediaType(0); }),
+              asked("HalQueryInformation(7, record 0, 0, 520)"));
+  EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetCaption(0); }),
+              asked("HalQueryInformation(7, record 0, 1, 520)"));
   EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetSerialNumber(0); }),
               asked("HalQueryInformation(7, record 0, 2, 520)"));
   EXPECT_THAT(TraceOf([](CDisk& disk) { disk.GetTotalCapacity(0); }),
@@ -113,8 +115,8 @@ TEST(Disk, SkipsEveryDiskWhoseMediaTypeIsNotExactlyFixed) {
   longer.media_type = "Fixed hard disk media ";
   auto silent = FixedDisk("D");
   silent.media_type.reset();
-  const auto run =
-      simulator::Use(MachineWithDisks({RemovableDisk(), FixedDisk("A"), upper, longer, silent, FixedDisk("E")}));
+  const auto run = simulator::Use(
+      MachineWithDisks({RemovableDisk(), FixedDisk("A"), upper, longer, silent, FixedDisk("E")}));
   CDisk disk;
 
   EXPECT_EQ(disk.GetPhysicDiskNumbers(), 2);

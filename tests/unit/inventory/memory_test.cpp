@@ -68,13 +68,13 @@ TEST(Memory, AsksModulesByTheirEntriesInTheTable) {
   memory.GetCapacitybyIndex(capacity, 0);
   memory.GetSpeedbyIndex(speed, 1);
 
-  EXPECT_THAT(run.Trace(), ElementsAre("HalInit(13, pointer)",                         //
-                                       "HalQueryInformation(13, null, 0, 4)",          //
-                                       "HalQueryInformation(13, entry 2, 1, 260)",     //
-                                       "MultiByteToWideChar(0, 0, 6, 260)",            //
-                                       "HalQueryInformation(13, null, 0, 4)",          //
-                                       "HalQueryInformation(13, entry 0, 5, 8)",       //
-                                       "HalQueryInformation(13, null, 0, 4)",          //
+  EXPECT_THAT(run.Trace(), ElementsAre("HalInit(13, pointer)",                      //
+                                       "HalQueryInformation(13, null, 0, 4)",       //
+                                       "HalQueryInformation(13, entry 2, 1, 260)",  //
+                                       "MultiByteToWideChar(0, 0, 6, 260)",         //
+                                       "HalQueryInformation(13, null, 0, 4)",       //
+                                       "HalQueryInformation(13, entry 0, 5, 8)",    //
+                                       "HalQueryInformation(13, null, 0, 4)",       //
                                        "HalQueryInformation(13, entry 1, 6, 4)"));
 }
 
@@ -170,7 +170,8 @@ TEST(Memory, AsksTheSystemForItsLoad) {
 
   EXPECT_EQ(memory.GetMemoryLoad(), 63U);
   EXPECT_FLOAT_EQ(memory.GetMemoryLoadF(), 0.75F);
-  EXPECT_THAT(run.Trace(), ElementsAre("HalInit(13, pointer)", "GlobalMemoryStatusEx(64)", "GlobalMemoryStatusEx(64)"));
+  EXPECT_THAT(run.Trace(),
+              ElementsAre("HalInit(13, pointer)", "GlobalMemoryStatusEx(64)", "GlobalMemoryStatusEx(64)"));
 }
 
 TEST(Memory, HasNoLoadWhenTheSystemDoesNotAnswer) {
