@@ -1,5 +1,5 @@
-/// What handles are on Linux: pointers to objects on the heap, each of which owns what its kind of handle stands
-/// for. A handle belongs to whoever got it, and goes with the call that closes its kind.
+/// What handles are on Linux: pointers to objects on the heap, each of which owns what its kind of handle
+/// stands for. A handle belongs to whoever got it, and goes with the call that closes its kind.
 #pragma once
 
 #include <cstdint>

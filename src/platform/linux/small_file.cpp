@@ -1,26 +1,17 @@
 #include "platform/linux/small_file.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <memory>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/folder.h"
 
 namespace velmora::os {
 namespace {
-
-struct FolderCloser {
-  void operator()(DIR* folder) const noexcept {
-    const int kept = errno;
-    closedir(folder);
-    errno = kept;
-  }
-};
 
 /// Opens without waiting: a pipe in the file's place must not hold the caller up.
 Descriptor OpenRegular(const std::filesystem::path& path, int access) {
@@ -83,7 +74,7 @@ bool WriteExisting(const std::filesystem::path& path, std::string_view text) {
 }
 
 std::optional<std::vector<std::string>> ListNames(const std::filesystem::path& path) {
-  const std::unique_ptr<DIR, FolderCloser> folder(opendir(path.c_str()));
+  const Folder folder(opendir(path.c_str()));
   if (!folder) return std::nullopt;
   std::vector<std::string> names;
   errno = 0;

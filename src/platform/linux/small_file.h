@@ -1,4 +1,5 @@
-/// Small files of sysfs and proc: bounded reading, and writing that never makes a file. What fails leaves errno.
+/// Small files of sysfs and proc: bounded reading, and writing that never makes a file. What fails leaves
+/// errno.
 #pragma once
 
 #include <cstddef>
