@@ -9,6 +9,12 @@ namespace {
 // the base are kept above it, and greater ones (set-up errors such as 0xE000020B) as they are.
 constexpr std::uint32_t kWindowsErrorBase = 0x10000;
 
+// Numbers that only the mapping needs.
+constexpr std::uint32_t kErrorTooManyOpenFiles = 4;
+constexpr std::uint32_t kErrorSharingViolation = 32;
+constexpr std::uint32_t kErrorNoProgram = 193;
+constexpr std::uint32_t kErrorNameTooLong = 206;
+
 /// The Windows error number that says the same as a system error.
 std::uint32_t WindowsError(int error) noexcept {
   switch (error) {
@@ -17,6 +23,7 @@ std::uint32_t WindowsError(int error) noexcept {
     case EPERM:
     case EACCES:
     case EROFS:
+    case EISDIR:
       return kErrorAccessDenied;
     case ENOENT:
       return kErrorFileNotFound;
@@ -40,6 +47,17 @@ std::uint32_t WindowsError(int error) noexcept {
       return kErrorNotSupported;
     case ETIMEDOUT:
       return kErrorTimeout;
+    case ENAMETOOLONG:
+      return kErrorNameTooLong;
+    case EMFILE:
+    case ENFILE:
+      return kErrorTooManyOpenFiles;
+    case ETXTBSY:
+      return kErrorSharingViolation;
+    case ENOEXEC:
+      return kErrorNoProgram;
+    case ESRCH:
+      return kErrorInvalidParameter;
     default:
       return kErrorGeneralFailure;
   }

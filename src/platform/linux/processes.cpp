@@ -1,0 +1,108 @@
+#include "platform/os/processes.h"
+
+#include <fcntl.h>
+#include <sys/pidfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/handle_object.h"
+#include "platform/linux/process_start.h"
+#include "platform/linux/system_path.h"
+#include "platform/os/last_error.h"
+
+namespace velmora::os {
+namespace {
+
+constexpr std::uint32_t kRightToEnd = 0x1;
+constexpr std::uint32_t kAllRights = 0x1FFFFF;
+constexpr std::uint32_t kUsesStandardHandles = 0x100;
+
+/// A process, held by a descriptor that stays with it also when its number is used again.
+class Process : public KernelObject {
+ public:
+  explicit Process(std::uint32_t rights) noexcept : rights_(rights) {}
+
+  void Hold(Descriptor process) noexcept { process_ = std::move(process); }
+
+  bool MayBeEnded() const noexcept { return (rights_ & kRightToEnd) != 0; }
+  bool Signal(int signal) const noexcept {
+    return pidfd_send_signal(process_.Number(), signal, nullptr, 0) == 0;
+  }
+
+ private:
+  Descriptor process_;
+  std::uint32_t rights_;
+};
+
+/// The first thread of a started process. Nothing can be asked of it: callers only close it.
+class Thread : public KernelObject {};
+
+bool Fail(std::uint32_t error) noexcept {
+  SetLastError(error);
+  return false;
+}
+
+}  // namespace
+
+Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id) {
+  if (process_id == 0 || process_id > INT_MAX) {
+    SetLastError(kErrorInvalidParameter);
+    return nullptr;
+  }
+  Descriptor descriptor(pidfd_open(static_cast<pid_t>(process_id), 0));
+  if (!descriptor) return nullptr;
+  if (inherit && fcntl(descriptor.Number(), F_SETFD, 0) != 0) return nullptr;
+  auto process = std::make_unique<Process>(access);
+  process->Hold(std::move(descriptor));
+  // Opening never asks for a right on this system, so the right is tried with a signal that does nothing.
+  if (process->MayBeEnded() && !process->Signal(0)) return nullptr;
+  return HandleOf(std::move(process));
+}
+
+bool TerminateProcess(Handle handle, std::uint32_t /*exit_code*/) {
+  // An exit code cannot be given to another process here: who waits for it learns that it was killed.
+  const auto* process = ObjectOf<Process>(handle);
+  if (process == nullptr) return Fail(kErrorInvalidHandle);
+  if (!process->MayBeEnded()) return Fail(kErrorAccessDenied);
+  if (process->Signal(SIGKILL)) return true;
+  if (errno == ESRCH) SetLastError(kErrorAccessDenied);  // it has ended already
+  return false;
+}
+
+bool CreateProcessW(const wchar_t* application, wchar_t* command_line, bool inherit, std::uint32_t /*flags*/,
+                    const StartupInfo& startup, ProcessInformation& information) {
+  if (application == nullptr || startup.size != sizeof startup) return Fail(kErrorInvalidParameter);
+  // A program gets neither arguments nor standard handles from callers; what they do not ask for is refused.
+  if (command_line != nullptr || (startup.flags & kUsesStandardHandles) != 0) return Fail(kErrorNotSupported);
+  const auto path = SystemPath(std::wstring_view(application));
+  if (!path) return Fail(kErrorFileNotFound);
+
+  const int last_error = errno;
+  auto process = std::make_unique<Process>(kAllRights);
+  auto thread = std::make_unique<Thread>();
+  auto started = StartProcess(*path, inherit);
+  if (!started) return false;
+  process->Hold(std::move(started->process));
+  information.process = HandleOf(std::move(process));
+  information.thread = HandleOf(std::move(thread));
+  information.process_id = information.thread_id = static_cast<std::uint32_t>(started->id);
+  errno = last_error;
+  return true;
+}
+
+Handle GetStdHandle(std::uint32_t which) {
+  constexpr std::uint32_t kFirst = 0xFFFFFFF6;  // input; output and error are one and two less
+  constexpr std::uint32_t kCount = 3;
+  const std::uint32_t number = kFirst - which;
+  if (number >= kCount || fcntl(static_cast<int>(number), F_GETFD) < 0) return nullptr;
+  // The name itself is the handle: it belongs to the process, is never closed, and no object stands there.
+  return reinterpret_cast<Handle>(static_cast<std::intptr_t>(static_cast<std::int32_t>(which)));
+}
+
+}  // namespace velmora::os

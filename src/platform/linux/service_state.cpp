@@ -1,0 +1,44 @@
+#include "platform/linux/service_state.h"
+
+#include <cstddef>
+
+#include "platform/case_folding.h"
+#include "platform/unicode.h"
+
+namespace velmora::os {
+namespace {
+
+std::uint32_t StateOf(const UnitFacts& unit) noexcept {
+  const std::string_view active = unit.active_state;
+  if (active == "activating") return kServiceStartPending;
+  if (active == "deactivating") return kServiceStopPending;
+  if (active == "active" || active == "reloading" || active == "refreshing") {
+    return unit.freezer_state == "frozen" ? kServicePaused : kServiceRunning;
+  }
+  return kServiceStopped;  // "inactive", "failed", "maintenance"
+}
+
+}  // namespace
+
+std::optional<std::string> UnitOfService(std::wstring_view name) {
+  constexpr std::size_t kLongestName = 256;
+  constexpr std::wstring_view kEnding = L".service";
+  if (name.empty() || name.size() > kLongestName || name.find(L'/') != std::wstring_view::npos)
+    return std::nullopt;
+  const bool has_ending =
+      name.size() > kEnding.size() && EqualIgnoringCase(name.substr(name.size() - kEnding.size()), kEnding);
+  return unicode::Utf8FromWide(has_ending ? std::wstring(name) : std::wstring(name).append(kEnding));
+}
+
+ServiceStatus StatusOf(const UnitFacts& unit) noexcept {
+  constexpr std::uint32_t kOwnProcess = 0x10;
+  constexpr std::uint32_t kAcceptsStop = 0x1;
+  ServiceStatus status{};
+  status.service_type = kOwnProcess;
+  status.current_state = StateOf(unit);
+  status.controls_accepted = status.current_state == kServiceRunning && unit.can_stop ? kAcceptsStop : 0;
+  status.win32_exit_code = unit.active_state == "failed" ? kErrorProcessAborted : 0;
+  return status;
+}
+
+}  // namespace velmora::os

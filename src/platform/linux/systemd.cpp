@@ -1,0 +1,157 @@
+#include "platform/linux/systemd.h"
+
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "platform/case_folding.h"
+#include "platform/os/last_error.h"
+#include "platform/unicode.h"
+
+namespace velmora::os {
+namespace {
+
+constexpr const char* kService = "org.freedesktop.systemd1";
+constexpr const char* kManagerPath = "/org/freedesktop/systemd1";
+constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
+constexpr const char* kUnit = "org.freedesktop.systemd1.Unit";
+
+std::uint32_t ErrorNumber(const BusError& error) noexcept {
+  if (error.IsRefusal()) return kErrorAccessDenied;
+  if (error.IsTimeout()) return kErrorServiceRequestTimeout;
+  if (error.Is("org.freedesktop.systemd1.NoSuchUnit")) return kErrorServiceDoesNotExist;
+  if (error.Is("org.freedesktop.systemd1.UnitMasked")) return kErrorServiceDisabled;
+  // A unit that only others may start or stop.
+  if (error.Is("org.freedesktop.systemd1.OnlyByDependency")) return kErrorInvalidServiceControl;
+  return kErrorGeneralFailure;
+}
+
+/// A list of texts that the library allocates.
+class TextList {
+ public:
+  TextList() = default;
+  TextList(const TextList&) = delete;
+  TextList& operator=(const TextList&) = delete;
+  ~TextList() {
+    for (char** text = texts_; text != nullptr && *text != nullptr; ++text) std::free(*text);
+    std::free(texts_);
+  }
+  char*** Out() noexcept { return &texts_; }
+  std::vector<std::string> Copy() const {
+    std::vector<std::string> copy;
+    for (char** text = texts_; text != nullptr && *text != nullptr; ++text) copy.emplace_back(*text);
+    return copy;
+  }
+
+ private:
+  char** texts_ = nullptr;
+};
+
+/// Calls a method of the manager with texts and gives the reply; null with `error` on failure.
+template <class... Texts>
+BusMessage CallManager(sd_bus* bus, const char* method, BusError& error, const char* types,
+                       Texts... texts) noexcept {
+  sd_bus_message* reply = nullptr;
+  const int result =
+      sd_bus_call_method(bus, kService, kManagerPath, kManager, method, error.Out(), &reply, types, texts...);
+  BusMessage owned(reply);
+  return result < 0 ? nullptr : std::move(owned);
+}
+
+/// The path of the unit's object, which the manager loads for the purpose.
+std::uint32_t LoadUnit(sd_bus* bus, const std::string& unit, std::string& path) {
+  BusError error;
+  const BusMessage reply = CallManager(bus, "LoadUnit", error, "s", unit.c_str());
+  const char* text = nullptr;
+  if (reply && sd_bus_message_read(reply.get(), "o", &text) > 0) {
+    path = text;
+    return 0;
+  }
+  // A name that cannot be a unit's is refused with other words than one that is none.
+  return error.Is(SD_BUS_ERROR_INVALID_ARGS) ? kErrorServiceDoesNotExist : ErrorNumber(error);
+}
+
+/// Looks through a list of entries that begin with a unit's name or file for `wanted` in any letter case.
+std::optional<std::string> FindInList(sd_bus* bus, const char* method, const char* entry,
+                                      std::wstring_view wanted) {
+  BusError error;
+  const BusMessage reply = CallManager(bus, method, error, "");
+  const std::string array_entry = "(" + std::string(entry) + ")";
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', array_entry.c_str()) < 0)
+    return std::nullopt;
+  while (sd_bus_message_enter_container(reply.get(), 'r', entry) > 0) {
+    const char* text = nullptr;
+    if (sd_bus_message_read(reply.get(), "s", &text) <= 0) return std::nullopt;
+    const std::string_view path = text;
+    const std::string_view name = path.substr(path.rfind('/') + 1);  // all of it when there is no slash
+    if (EqualIgnoringCase(unicode::WideFromUtf8(name), wanted)) return std::string(name);
+    if (sd_bus_message_skip(reply.get(), entry + 1) < 0 || sd_bus_message_exit_container(reply.get()) < 0) {
+      return std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+std::uint32_t ChangeUnit(sd_bus* bus, const char* method, const std::string& unit) noexcept {
+  BusError error;
+  const BusMessage reply = CallManager(bus, method, error, "ss", unit.c_str(), "replace");
+  return reply ? 0 : ErrorNumber(error);
+}
+
+}  // namespace
+
+bool HasServiceManager(sd_bus* bus) noexcept { return IsOnBus(bus, kService); }
+
+std::uint32_t ReadUnit(sd_bus* bus, const std::string& unit, UnitFacts& facts) {
+  std::string path;
+  if (const std::uint32_t error = LoadUnit(bus, unit, path)) return error;
+  const BusObject object{kService, path.c_str(), kUnit};
+  const auto load_state = ReadBusText(bus, object, "LoadState");
+  const auto active_state = ReadBusText(bus, object, "ActiveState");
+  if (!load_state || !active_state) return kErrorGeneralFailure;
+  if (*load_state == "not-found") return kErrorServiceDoesNotExist;
+  facts.load_state = *load_state;
+  facts.active_state = *active_state;
+  facts.freezer_state = ReadBusText(bus, object, "FreezerState").value_or("");
+  facts.can_stop = ReadBusFlag(bus, object, "CanStop").value_or(true);
+  return 0;
+}
+
+std::uint32_t FindUnit(sd_bus* bus, std::string& unit) {
+  UnitFacts facts;
+  const std::uint32_t error = ReadUnit(bus, unit, facts);
+  if (error != kErrorServiceDoesNotExist) return error;
+  const std::wstring wanted = unicode::WideFromUtf8(unit);
+  auto found = FindInList(bus, "ListUnitFiles", "ss", wanted);
+  if (!found) found = FindInList(bus, "ListUnits", "ssssssouso", wanted);
+  if (!found) return error;
+  unit = *found;
+  return ReadUnit(bus, unit, facts);
+}
+
+bool HasRunningDependents(sd_bus* bus, const std::string& unit) {
+  std::string path;
+  if (LoadUnit(bus, unit, path) != 0) return false;
+  for (const char* property : {"RequiredBy", "RequisiteOf", "BoundBy"}) {
+    BusError error;
+    TextList names;
+    if (sd_bus_get_property_strv(bus, kService, path.c_str(), kUnit, property, error.Out(), names.Out()) < 0)
+      continue;
+    for (const std::string& name : names.Copy()) {
+      UnitFacts facts;
+      const bool is_service = name.ends_with(".service");
+      if (!is_service || ReadUnit(bus, name, facts) != 0) continue;
+      if (StatusOf(facts).current_state != kServiceStopped) return true;
+    }
+  }
+  return false;
+}
+
+std::uint32_t StartUnit(sd_bus* bus, const std::string& unit) noexcept {
+  return ChangeUnit(bus, "StartUnit", unit);
+}
+std::uint32_t StopUnit(sd_bus* bus, const std::string& unit) noexcept {
+  return ChangeUnit(bus, "StopUnit", unit);
+}
+
+}  // namespace velmora::os
