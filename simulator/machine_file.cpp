@@ -219,16 +219,7 @@ Json Write(const WmiValue& value) {
   return std::visit([](const auto& held) { return Json(held); }, value);
 }
 
-Json Write(const Bytes& bytes) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes.data) {
-    if (!text.empty()) text += ' ';
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0xF];
-  }
-  return Json(text);
-}
+Json Write(const Bytes& bytes) { return Json(HexText(bytes)); }
 
 /// A machine from a file is whole: what the file does not name, the machine does not have.
 Machine Whole() { return EmptyMachine(); }

@@ -30,6 +30,9 @@ auto NamedMachineFile() {
 #endif
 }
 
+/// What the handle of lent memory stands for.
+struct LentMemory {};
+
 /// The session of a program that was given its machine by the environment.
 Session& EnvironmentSession() {
   static const auto session = [] {
@@ -103,6 +106,31 @@ bool Session::Close(const void* handle, std::string_view closer) {
   opened_.erase(found);
   CloseHandle(NumberOf(handle), closer);
   return true;
+}
+
+bool Session::CloseNewest(std::string_view closer) {
+  for (auto entry = opened_.rbegin(); entry != opened_.rend(); ++entry) {
+    if (entry->second.closer != closer) continue;
+    return Close(reinterpret_cast<void*>(static_cast<std::uintptr_t>(entry->first)), closer);
+  }
+  ReportProblem(std::string(closer) + " was called, but nothing is open that it closes");
+  return false;
+}
+
+void* Session::Lend(std::string_view closer, std::size_t size) {
+  const std::shared_ptr<void> memory(std::calloc(1, size), std::free);
+  lent_.emplace(memory.get(), Lent{Open(closer, LentMemory{}), memory});
+  return memory.get();
+}
+
+void Session::TakeBack(void* memory, std::string_view closer) {
+  const auto found = lent_.find(memory);
+  if (found == lent_.end()) {
+    ReportProblem(std::string(closer) + " was given memory that is not lent");
+    return;
+  }
+  Close(found->second.handle, closer);
+  lent_.erase(found);
 }
 
 int Session::CountOpen(std::string_view closer) const {

@@ -73,6 +73,13 @@ class Session {
   /// Closes what Open gave; false, and a problem, for what is not open or another function closes.
   bool Close(const void* handle, std::string_view closer);
 
+  /// Closes the newest handle that `closer` closes; false, and a problem, when there is none.
+  bool CloseNewest(std::string_view closer);
+
+  /// Memory that the caller owes back through the function `closer`; it counts as an open handle.
+  void* Lend(std::string_view closer, std::size_t size);
+  void TakeBack(void* memory, std::string_view closer);
+
   /// How many handles are open that `closer` closes.
   int CountOpen(std::string_view closer) const;
 
@@ -99,7 +106,13 @@ class Session {
   }
   static void ReportBadHandle(std::string_view function);
 
+  struct Lent {
+    void* handle;
+    std::shared_ptr<void> memory;
+  };
+
   std::map<std::uint64_t, Opened> opened_;
+  std::map<const void*, Lent> lent_;
   std::uint64_t next_handle_ = 0x1000;
 };
 
@@ -123,6 +136,7 @@ struct Hex {
   std::uint64_t number;
 };
 std::string Shown(Hex hex);
+std::string Shown(const Bytes& bytes);  ///< as a machine file has them
 
 /// Marks the thread as inside the simulator.
 class InsideSimulator {

@@ -17,6 +17,19 @@ std::string Shown(const GUID& id) {
   return GuidText(id);
 }
 
+std::string HexText(const Bytes& bytes) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string text;
+  for (const std::uint8_t byte : bytes.data) {
+    if (!text.empty()) text += ' ';
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 0xF];
+  }
+  return text;
+}
+
+std::string Shown(const Bytes& bytes) { return HexText(bytes); }
+
 std::string Shown(Hex hex) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "0x%llX", static_cast<unsigned long long>(hex.number));

@@ -19,6 +19,9 @@ struct Bytes {
   bool operator==(const Bytes&) const = default;
 };
 
+/// The bytes as a machine file has them: "00 1A 2B".
+std::string HexText(const Bytes& bytes);
+
 /// An error number that a call of the system gives. 0: the call succeeds.
 using Error = std::uint32_t;
 

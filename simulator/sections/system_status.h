@@ -54,6 +54,8 @@ void Fields(Archive& archive, MemoryLoad& memory) {
 struct Clock {
   std::int64_t now = 0;  ///< units of 100 nanoseconds since 1970-01-01 UTC
 
+  void Advance(std::uint32_t milliseconds) { now += std::int64_t{milliseconds} * 10'000; }
+
   bool operator==(const Clock&) const = default;
 };
 
