@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "simulator/machine_file.h"
 #include "simulator/session.h"
@@ -20,10 +21,19 @@ ProblemHandler problem_handler = EndProgram;
 Session* current_session = nullptr;
 thread_local int inside_depth = 0;
 
+/// The machine file that the environment names; null when it names none.
+auto NamedMachineFile() {
+#ifdef _WIN32
+  return _wgetenv(L"VELMORA_MACHINE");  // the narrow environment cannot hold every path
+#else
+  return std::getenv("VELMORA_MACHINE");
+#endif
+}
+
 /// The session of a program that was given its machine by the environment.
 Session& EnvironmentSession() {
   static const auto session = [] {
-    const char* file = std::getenv("VELMORA_MACHINE");
+    const auto* file = NamedMachineFile();
     if (file == nullptr) EndProgram("no machine is in use, and VELMORA_MACHINE names no machine file");
     try {
       return std::make_unique<Session>(ReadMachine(file));
@@ -37,7 +47,7 @@ Session& EnvironmentSession() {
 
 }  // namespace
 
-void SetProblemHandler(ProblemHandler handler) { problem_handler = handler; }
+ProblemHandler SetProblemHandler(ProblemHandler handler) { return std::exchange(problem_handler, handler); }
 void ReportProblem(const std::string& problem) { problem_handler(problem); }
 bool IsInsideSimulator() noexcept { return inside_depth > 0; }
 InsideSimulator::InsideSimulator() noexcept { ++inside_depth; }
@@ -66,21 +76,21 @@ std::uint64_t Session::OpenHandle() {
 }
 
 void Session::CloseHandle(std::uint64_t handle, std::string_view function) {
+  const InsideSimulator inside;
   if (open_handles.erase(handle) == 0)
     ReportProblem(std::string(function) + " closed a handle that is not open");
 }
 
-Run::Run(Machine machine) : session_(new Session(std::move(machine))) {
-  if (current_session != nullptr) ReportProblem("two machines are in use at once");
-  current_session = session_;
+Run::Run(Machine machine)
+    : session_(std::make_unique<Session>(std::move(machine))), previous_(current_session) {
+  if (previous_ != nullptr) ReportProblem("two machines are in use at once");
+  current_session = session_.get();  // last, so that a handler that throws leaves everything as it was
 }
 
 Run::~Run() {
-  if (!session_->open_handles.empty()) {
-    ReportProblem(std::to_string(session_->open_handles.size()) + " handles were left open");
-  }
-  current_session = nullptr;
-  delete session_;
+  current_session = previous_;
+  const auto open = session_->open_handles.size();
+  if (open != 0) ReportProblem("handles left open: " + std::to_string(open));
 }
 
 Machine& Run::machine() { return session_->machine; }
@@ -103,6 +113,8 @@ void Run::Inject(Fault fault, int number, bool forever) {
   session_->fault_at = number;
   session_->fault_is_forever = forever;
 }
+
+void Run::OnQuery(QueryAnswer answer) { session_->query_answer = std::move(answer); }
 
 Run Use(Machine machine) { return Run(std::move(machine)); }
 

@@ -12,7 +12,7 @@
 namespace ostrine {
 namespace {
 
-/// An open file descriptor; closing keeps the last error.
+/// An open file descriptor, or none where the file could not be opened.
 class File {
  public:
   explicit File(const std::filesystem::path& path)
@@ -21,10 +21,7 @@ class File {
   File(const File&) = delete;
   File& operator=(const File&) = delete;
   ~File() {
-    if (descriptor_ < 0) return;
-    const int last_error = errno;
-    close(descriptor_);
-    errno = last_error;
+    if (descriptor_ >= 0) close(descriptor_);
   }
 
   /// Size that the system states, which for proc is 0 and for sysfs a page; nothing unless a regular file is

@@ -69,15 +69,31 @@ TEST(SmbiosEntryPoint, RefusesEveryFormCutAnywhere) {
   }
 }
 
-TEST(SmbiosEntryPoint, RefusesALengthThatTheBytesDoNotHold) {
+TEST(SmbiosEntryPoint, RefusesALengthThatIsTooShortForTheForm) {
   ByteVector wide = EntryPoint64(0x1234);
-  wide[6] = 0x19;
-  test::FixChecksum(wide, 0, wide.size(), 5);
+  wide[6] = 0x17;
+  test::FixChecksum(wide, 0, 0x17, 5);
   EXPECT_FALSE(ParseEntryPoint(wide));
-  ByteVector narrow = EntryPoint64(0x1234);
-  narrow[6] = 0x17;
-  test::FixChecksum(narrow, 0, 0x17, 5);
+  ByteVector narrow = EntryPoint32(0x0456, 7);
+  narrow[5] = 0x1D;
+  test::FixChecksum(narrow, 0, 0x1D, 4);
   EXPECT_FALSE(ParseEntryPoint(narrow));
+}
+
+TEST(SmbiosEntryPoint, RefusesALengthThatTheBytesDoNotHold) {
+  // The byte behind would make the sum right, had it been given.
+  ByteVector wide = EntryPoint64(0x1234);
+  wide.push_back(0xA5);
+  wide[6] = 0x19;
+  test::FixChecksum(wide, 0, 0x19, 5);
+  EXPECT_TRUE(ParseEntryPoint(wide));
+  EXPECT_FALSE(ParseEntryPoint(Bytes(wide).first(0x18)));
+  ByteVector narrow = EntryPoint32(0x0456, 7);
+  narrow.push_back(0xA5);
+  narrow[5] = 0x20;
+  test::FixChecksum(narrow, 0, 0x20, 4);
+  EXPECT_TRUE(ParseEntryPoint(narrow));
+  EXPECT_FALSE(ParseEntryPoint(Bytes(narrow).first(0x1F)));
 }
 
 TEST(SmbiosEntryPoint, DescribesNoMoreBytesThanThereAre) {

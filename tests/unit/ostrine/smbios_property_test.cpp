@@ -1,6 +1,7 @@
 // Random tables: what was built is what is read.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <string>

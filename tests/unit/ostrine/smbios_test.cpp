@@ -143,6 +143,16 @@ TEST(Smbios, GivesAStructureWithoutDoubleZeroAsTheLastWithItsWholeTexts) {
   EXPECT_EQ(structures[0].Text(5), "");
 }
 
+TEST(Smbios, HasNoStringsAfterAnEmptyOneAndFindsTheNextStructureAfterTheDoubleZero) {
+  ByteVector table{1, 6, 0, 0, 1, 2, 0, 't', 'e', 'x', 't', 0, 0};
+  AppendEnd(table);
+  const auto structures = Walk({table, {}});
+  ASSERT_EQ(structures.size(), 2u);
+  EXPECT_EQ(structures[0].Text(4), "");
+  EXPECT_EQ(structures[0].Text(5), "");
+  EXPECT_EQ(structures[1].Type(), kEndOfTable);
+}
+
 TEST(Smbios, GivesNothingForAnEmptyTable) { EXPECT_EQ(Types({}), std::vector<int>{}); }
 
 /// What a structure says, in values of its own.

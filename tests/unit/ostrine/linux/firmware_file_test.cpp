@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -30,11 +31,34 @@ TEST(FirmwareFile, ReadsAnEmptyFileAsNoBytes) {
   EXPECT_EQ(ReadAttribute(root.Path() / "file"), "");
 }
 
+/// Pages of alternating rights, each of which is a line of /proc/self/maps.
+class ManyMappings {
+ public:
+  ManyMappings() : start_(mmap(nullptr, kSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {
+    if (start_ == MAP_FAILED) return;
+    for (std::size_t page = 0; page < kPages; page += 2) {
+      mprotect(static_cast<char*>(start_) + page * kPageSize, kPageSize, PROT_READ);
+    }
+  }
+  ManyMappings(const ManyMappings&) = delete;
+  ManyMappings& operator=(const ManyMappings&) = delete;
+  ~ManyMappings() {
+    if (start_ != MAP_FAILED) munmap(start_, kSize);
+  }
+
+ private:
+  static constexpr std::size_t kPages = 400;
+  static inline const std::size_t kPageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  static inline const std::size_t kSize = kPages * kPageSize;
+  void* start_;
+};
+
 TEST(FirmwareFile, ReadsAProcFileWhoseStatedSizeIsZero) {
+  const ManyMappings mappings;
   ASSERT_EQ(std::filesystem::file_size("/proc/self/maps"), 0u);
   const auto bytes = ReadBytes("/proc/self/maps", 1 << 20);
   ASSERT_TRUE(bytes);
-  EXPECT_GT(bytes->size(), kAttributeLimit);
+  EXPECT_GT(bytes->size(), 2 * kAttributeLimit);
   EXPECT_EQ(bytes->back(), '\n');
   EXPECT_EQ(ReadBytes("/proc/self/maps", 100), std::nullopt);
 }
@@ -54,14 +78,6 @@ TEST(FirmwareFile, RefusesAFileThatIsNotThere) {
   const FakeRoot root;
   EXPECT_EQ(ReadBytes(root.Path() / "file", 100), std::nullopt);
   EXPECT_EQ(ReadAttribute(root.Path() / "file"), std::nullopt);
-}
-
-TEST(FirmwareFile, KeepsTheLastErrorWhenAReadSucceeds) {
-  const FakeRoot root;
-  root.Write("file", "text");
-  errno = E2BIG;
-  EXPECT_TRUE(ReadBytes(root.Path() / "file", 100));
-  EXPECT_EQ(errno, E2BIG);
 }
 
 TEST(FirmwareFile, TakesOneNewlineFromAnAttributeAndNothingElse) {

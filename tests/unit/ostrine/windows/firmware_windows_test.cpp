@@ -1,6 +1,9 @@
 // What GetSystemFirmwareTable gives on the machine that runs the tests.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <optional>
+
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/firmware.h"
 
