@@ -39,9 +39,9 @@ class FolderListing : public HandleObject {
 /// Facts of an entry itself, links not followed; nothing when it has gone meanwhile or may not be looked at.
 std::optional<struct statx> FactsOf(const FolderListing& folder, const char* name) noexcept {
   struct statx facts{};
+  constexpr int kItself = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
   constexpr unsigned int kWanted = STATX_BASIC_STATS | STATX_BTIME;
-  if (statx(folder.Number(), name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kWanted, &facts) != 0)
-    return std::nullopt;
+  if (statx(folder.Number(), name, kItself, kWanted, &facts) != 0) return std::nullopt;
   return facts;
 }
 

@@ -1,7 +1,6 @@
 #include "platform/linux/process_start.h"
 
 #include <fcntl.h>
-#include <sys/pidfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -9,6 +8,8 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+
+#include "platform/linux/process_descriptor.h"
 
 namespace velmora::os {
 namespace {
@@ -143,7 +144,7 @@ std::optional<StartedProcess> StartProcess(const std::string& path, bool inherit
     return std::nullopt;
   }
   // The new process waits for our word, so its number cannot be anybody else's yet.
-  started.process = Descriptor(pidfd_open(started.id, 0));
+  started.process = OpenProcessDescriptor(started.id);
   if (!started.process || !SendValue(ours, true)) return std::nullopt;
   int error = 0;
   if (ReceiveValue(ours, error)) {

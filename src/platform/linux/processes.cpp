@@ -1,7 +1,6 @@
 #include "platform/os/processes.h"
 
 #include <fcntl.h>
-#include <sys/pidfd.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +11,7 @@
 #include <utility>
 
 #include "platform/linux/handle_object.h"
+#include "platform/linux/process_descriptor.h"
 #include "platform/linux/process_start.h"
 #include "platform/linux/system_path.h"
 #include "platform/os/last_error.h"
@@ -31,9 +31,7 @@ class Process : public KernelObject {
   void Hold(Descriptor process) noexcept { process_ = std::move(process); }
 
   bool MayBeEnded() const noexcept { return (rights_ & kRightToEnd) != 0; }
-  bool Signal(int signal) const noexcept {
-    return pidfd_send_signal(process_.Number(), signal, nullptr, 0) == 0;
-  }
+  bool Signal(int signal) const noexcept { return SignalProcess(process_, signal); }
 
  private:
   Descriptor process_;
@@ -55,7 +53,7 @@ Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id)
     SetLastError(kErrorInvalidParameter);
     return nullptr;
   }
-  Descriptor descriptor(pidfd_open(static_cast<pid_t>(process_id), 0));
+  Descriptor descriptor = OpenProcessDescriptor(static_cast<pid_t>(process_id));
   if (!descriptor) return nullptr;
   if (inherit && fcntl(descriptor.Number(), F_SETFD, 0) != 0) return nullptr;
   auto process = std::make_unique<Process>(access);

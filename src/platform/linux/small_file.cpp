@@ -70,6 +70,7 @@ bool WriteExisting(const std::filesystem::path& path, std::string_view text) {
   do {
     written = write(file.Number(), text.data(), text.size());
   } while (written < 0 && errno == EINTR);
+  if (written >= 0 && written != static_cast<ssize_t>(text.size())) errno = EIO;
   return written == static_cast<ssize_t>(text.size());
 }
 

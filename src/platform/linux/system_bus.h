@@ -38,7 +38,7 @@ class BusError {
   bool IsTimeout() const noexcept;
 
  private:
-  sd_bus_error error_ = SD_BUS_ERROR_NULL;
+  sd_bus_error error_{};
 };
 
 /// A connection of the caller's own, ready for calls; null when there is no bus, or none that answers in

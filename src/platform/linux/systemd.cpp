@@ -107,9 +107,10 @@ std::uint32_t ReadUnit(sd_bus* bus, const std::string& unit, UnitFacts& facts) {
   if (const std::uint32_t error = LoadUnit(bus, unit, path)) return error;
   const BusObject object{kService, path.c_str(), kUnit};
   const auto load_state = ReadBusText(bus, object, "LoadState");
-  const auto active_state = ReadBusText(bus, object, "ActiveState");
-  if (!load_state || !active_state) return kErrorGeneralFailure;
+  if (!load_state) return kErrorGeneralFailure;
   if (*load_state == "not-found") return kErrorServiceDoesNotExist;
+  const auto active_state = ReadBusText(bus, object, "ActiveState");
+  if (!active_state) return kErrorGeneralFailure;
   facts.load_state = *load_state;
   facts.active_state = *active_state;
   facts.freezer_state = ReadBusText(bus, object, "FreezerState").value_or("");
