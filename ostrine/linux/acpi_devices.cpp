@@ -31,7 +31,7 @@ bool IsInvented(const AcpiAlias& alias) { return alias.ids.front().starts_with("
 
 void AppendAcpiDevices(const Path& root, std::vector<Device>& devices) {
   const Path folder = DevicesFolder(root);
-  for (BusEntry& entry : BusEntries(root, "acpi")) {
+  for (BusEntry& entry : BusEntries(root, "acpi", Numbering::kHexadecimal)) {
     Device device{.bus = Device::Bus::kAcpi, .address = std::move(entry.address), .node = entry.node};
     device.modalias = ModaliasOf(entry.node);
     const Modalias parsed = ParseModalias(device.modalias);

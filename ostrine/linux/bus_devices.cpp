@@ -25,12 +25,15 @@ Path DevicesFolder(const Path& root) {
   return error ? Path() : folder;
 }
 
-std::vector<BusEntry> BusEntries(const Path& root, const char* bus) {
+std::vector<BusEntry> BusEntries(const Path& root, const char* bus, Numbering numbering) {
   const Path devices = DevicesFolder(root);
   std::vector<BusEntry> entries;
   if (devices.empty()) return entries;
   const Path folder = root / "sys/bus" / bus / "devices";
-  for (std::string& name : EntryNames(folder)) {
+  std::vector<std::string> names = EntryNames(folder);
+  // Hexadecimal numbers have a fixed width, so that their bytes stand in their order.
+  if (numbering == Numbering::kHexadecimal) std::sort(names.begin(), names.end());
+  for (std::string& name : names) {
     Path node = ResolveBelow(folder / name, devices);
     if (!node.empty()) entries.push_back({std::move(name), std::move(node)});
   }
@@ -62,7 +65,7 @@ Path FirstInput(const Path& node) {
 }
 
 void AppendHdAudioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "hdaudio")) {
+  for (BusEntry& entry : BusEntries(root, "hdaudio", Numbering::kDecimal)) {
     Device device{.bus = Device::Bus::kHdAudio, .address = std::move(entry.address), .node = entry.node};
     device.function = entry.node;
     device.modalias = ModaliasOf(entry.node);
@@ -74,7 +77,7 @@ void AppendHdAudioDevices(const Path& root, std::vector<Device>& devices) {
 }
 
 void AppendHidDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "hid")) {
+  for (BusEntry& entry : BusEntries(root, "hid", Numbering::kHexadecimal)) {
     Device device{.bus = Device::Bus::kHid, .address = std::move(entry.address), .node = entry.node};
     device.function = device.input = entry.node;
     device.modalias = ModaliasOf(entry.node);
@@ -88,7 +91,7 @@ void AppendHidDevices(const Path& root, std::vector<Device>& devices) {
 }
 
 void AppendSerioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "serio")) {
+  for (BusEntry& entry : BusEntries(root, "serio", Numbering::kDecimal)) {
     // The kernel makes a port for every socket; only one that a driver has found something at is a device.
     if (LinkName(entry.node / "driver").empty()) continue;
     Device device{.bus = Device::Bus::kSerio, .address = std::move(entry.address), .node = entry.node};
@@ -103,7 +106,7 @@ void AppendSerioDevices(const Path& root, std::vector<Device>& devices) {
 }
 
 void AppendVirtioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "virtio")) {
+  for (BusEntry& entry : BusEntries(root, "virtio", Numbering::kDecimal)) {
     // Behind PCI it is the PCI function that counts.
     if (LinkName(entry.node.parent_path() / "subsystem") == "pci") continue;
     Device device{.bus = Device::Bus::kVirtio, .address = std::move(entry.address), .node = entry.node};

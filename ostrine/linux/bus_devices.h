@@ -17,8 +17,11 @@ struct BusEntry {
   Path node;
 };
 
-/// Entries of sys/bus/`bus`/devices that lead to a folder of a device.
-std::vector<BusEntry> BusEntries(const Path& root, const char* bus);
+/// How the names of a bus's devices are counted.
+enum class Numbering { kDecimal, kHexadecimal };
+
+/// Entries of sys/bus/`bus`/devices that lead to a folder of a device, in the order of their numbers.
+std::vector<BusEntry> BusEntries(const Path& root, const char* bus, Numbering numbering);
 
 /// The modalias of a device's folder; that of its uevent where it has no file of its own.
 std::string ModaliasOf(const Path& node);

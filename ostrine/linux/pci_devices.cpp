@@ -15,7 +15,7 @@ Path FunctionNode(const Path& node) {
 }  // namespace
 
 void AppendPciDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "pci")) {
+  for (BusEntry& entry : BusEntries(root, "pci", Numbering::kHexadecimal)) {
     Device device{.bus = Device::Bus::kPci, .address = std::move(entry.address), .node = entry.node};
     device.function = FunctionNode(entry.node);
     device.modalias = ModaliasOf(entry.node);

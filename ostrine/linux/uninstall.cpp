@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
 #include <thread>
 
 #include "ostrine/linux/last_error.h"
@@ -25,8 +26,8 @@ std::uint32_t ErrorOf(int error) {
   }
 }
 
-/// Writes "1" to the attribute, which must be there already.
-std::uint32_t Trigger(const Path& attribute) {
+/// Writes `text` to the attribute, which must be there already.
+std::uint32_t Trigger(const Path& attribute, const std::string& text) {
   // Without a flag that creates: where the kernel offers no such attribute, none must come to be.
   const int file = open(attribute.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
   if (file < 0) return errno == ENOENT ? kErrorNotSupported : ErrorOf(errno);
@@ -34,33 +35,39 @@ std::uint32_t Trigger(const Path& attribute) {
   std::uint32_t result = 0;
   if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
     result = kErrorNotSupported;
-  } else if (write(file, "1", 1) != 1) {
+  } else if (write(file, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
     result = ErrorOf(errno);
   }
   close(file);
   return result;
 }
 
-bool IsGone(const Path& node) {
+bool IsGone(const Path& path) {
   struct stat status{};
-  return lstat(node.c_str(), &status) != 0 && errno == ENOENT;
+  return lstat(path.c_str(), &status) != 0 && errno == ENOENT;
+}
+
+std::uint32_t WaitUntilGone(const Path& path, std::chrono::milliseconds patience) {
+  constexpr std::chrono::milliseconds kPause(10);
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!IsGone(path)) {
+    if (std::chrono::steady_clock::now() >= deadline) return kErrorGeneralFailure;
+    std::this_thread::sleep_for(kPause);
+  }
+  return 0;
 }
 
 }  // namespace
 
 std::uint32_t RemoveDevice(const Device& device, std::chrono::milliseconds patience) {
-  if (device.bus != Device::Bus::kPci && device.bus != Device::Bus::kUsb) return kErrorNotSupported;
-  if (IsGone(device.node)) return kErrorNoSuchDevice;
-  const std::uint32_t result = Trigger(device.node / "remove");
-  if (result != 0) return result;
-
-  constexpr std::chrono::milliseconds kPause(10);
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (!IsGone(device.node)) {
-    if (std::chrono::steady_clock::now() >= deadline) return kErrorGeneralFailure;
-    std::this_thread::sleep_for(kPause);
-  }
-  return 0;
+  const bool on_pci = device.bus == Device::Bus::kPci;
+  if (!on_pci && device.bus != Device::Bus::kUsb) return kErrorNotSupported;
+  // What is there as long as the device is, and what takes it out.
+  const Path sign = on_pci ? device.node : device.node / "driver";
+  if (IsGone(sign)) return kErrorNoSuchDevice;
+  const std::uint32_t result =
+      on_pci ? Trigger(device.node / "remove", "1") : Trigger(sign / "unbind", device.address);
+  return result != 0 ? result : WaitUntilGone(sign, patience);
 }
 
 }  // namespace ostrine

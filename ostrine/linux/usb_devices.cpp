@@ -126,8 +126,10 @@ bool IsCompositeNode(const Path& node) {
 }
 
 void AppendUsbDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "usb")) {
+  for (BusEntry& entry : BusEntries(root, "usb", Numbering::kDecimal)) {
     if (entry.address.find(':') != std::string::npos) continue;  // an interface: it comes with its device
+    // Every device gets its driver as it is plugged in; one that was taken from it is uninstalled.
+    if (LinkName(entry.node / "driver").empty()) continue;
     const std::vector<Path> interfaces = InterfacesOf(entry.node);
     if (IsCompositeNode(entry.node)) {
       AppendComposite(entry, interfaces, devices);

@@ -46,6 +46,10 @@ class FakeRoot {
   void Write(std::string_view name, std::span<const std::uint8_t> bytes) const {
     Write(name, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
+  /// Makes `name` a link that says `target`.
+  void Link(std::string_view name, std::string_view target) const {
+    std::filesystem::create_symlink(target, Place(name));
+  }
   /// Takes every right to `name` from everybody but the superuser.
   void Forbid(std::string_view name) const {
     std::filesystem::permissions(path_ / name, std::filesystem::perms::none);
