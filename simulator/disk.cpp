@@ -38,7 +38,9 @@ std::optional<Information> Query(const Question& question) {
 
 std::size_t CountDisks(const Machine& machine) { return machine.disks ? machine.disks->size() : 0; }
 
+/// Without a script any disk opens: the question that follows is what the machine has no answer for.
 bool Opens(const Machine& machine, std::uint32_t number) {
+  if (!machine.disks) return true;
   return number < CountDisks(machine) && !(*machine.disks)[number].refuses_opening;
 }
 

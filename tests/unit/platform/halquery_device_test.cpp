@@ -43,13 +43,13 @@ class HalQueryDevice : public testing::Test {
 
 TEST_F(HalQueryDevice, IsOpenedAskedForTextAndClosed) {
   EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"B");
-  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, pointer, 2, 520)",
+  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 2, 520)",
                                         "HalCloseDevice(7, 3)"));
 }
 
 TEST_F(HalQueryDevice, IsOpenedAskedForALargeNumberAndClosed) {
   EXPECT_EQ(LargeNumberOf(kClass, kDevice, 4), 66u);
-  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, pointer, 4, 8)",
+  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 4, 8)",
                                         "HalCloseDevice(7, 3)"));
 }
 
@@ -57,7 +57,7 @@ TEST_F(HalQueryDevice, IsOpenedAskedIntoAValueAndClosed) {
   int value = 0;
   EXPECT_EQ(QueryInto(kClass, kDevice, 10, value), 1);
   EXPECT_EQ(value, 66);
-  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, pointer, 10, 4)",
+  EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 10, 4)",
                                         "HalCloseDevice(7, 3)"));
 }
 

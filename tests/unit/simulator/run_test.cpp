@@ -103,7 +103,9 @@ TEST(Run, NamesAWriteThatNothingWasScriptedFor) {
 }
 
 TEST(Run, TracesEveryCallInOrderWithItsArguments) {
-  const auto run = simulator::Use(simulator::EmptyMachine());
+  auto machine = simulator::EmptyMachine();
+  machine.disks->resize(4);
+  const auto run = simulator::Use(machine);
   DeviceRecord record{.number = 3};
   HalInit(kBaseboard, nullptr);
   Answer{6};
