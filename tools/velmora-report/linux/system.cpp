@@ -33,6 +33,7 @@ int RunOnMachine(const std::string& program, const std::string& machine,
   std::vector<std::string> texts{file.string()};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   if (setenv("VELMORA_MACHINE", machine.c_str(), 1) == 0) execv(file.c_str(), pointers.data());

@@ -98,7 +98,7 @@ int RunOnMachine(const std::string& program, const std::string& machine,
   const std::wstring file = (OwnFolder() / program).lexically_normal().wstring();
   std::vector<std::wstring> all{file};
   std::ranges::transform(arguments, std::back_inserter(all), ToWide);
-  if (!SetEnvironmentVariableW(L"VELMORA_MACHINE", ToWide(machine).c_str()))
+  if (SetEnvironmentVariableW(L"VELMORA_MACHINE", ToWide(machine).c_str()) == 0)
     Fail("cannot name the machine file");
 
   const PROCESS_INFORMATION started = Start(file, CommandLine(all));
