@@ -94,7 +94,7 @@ struct Builder {
     DeviceIds ids{{device + revision, device}, {}};
     if (facts.usb_composite) {
       ids.compatible = UsbClassIds(L"DevClass_", alias.device_class);
-      ids.compatible.push_back(L"USB\\COMPOSITE");
+      ids.compatible.emplace_back(L"USB\\COMPOSITE");
     } else {
       // Class 0 says that the only interface tells the class.
       const bool ask_interface = alias.device_class.base_class == 0 && alias.interface;

@@ -125,7 +125,8 @@ std::string FirmwareName(std::string_view text) {
   std::string name;
   for (char c : text) {
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_')) return {};
+    const bool is_allowed = (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    if (!is_allowed) return {};
     name.push_back(c);
   }
   return name;

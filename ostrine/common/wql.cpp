@@ -75,7 +75,10 @@ class Scanner {
         Advance(i + 1);
         return true;
       }
-      if (rest_[i] == L'\\' && (++i == rest_.size() || !IsEscapable(rest_[i]))) return false;
+      if (rest_[i] == L'\\') {
+        ++i;
+        if (i == rest_.size() || !IsEscapable(rest_[i])) return false;
+      }
       value.push_back(rest_[i]);
     }
     return false;
@@ -148,7 +151,8 @@ bool Holds(const WqlCondition& condition, const WqlValue& value) {
 
   const auto* text = std::get_if<std::wstring>(&value);
   const auto* literal = std::get_if<std::wstring>(&condition.literal);
-  if (condition.comparison == WqlOperator::kLike) return text && literal && MatchesLike(*text, *literal);
+  if (condition.comparison == WqlOperator::kLike)
+    return text != nullptr && literal != nullptr && MatchesLike(*text, *literal);
   const bool equal = text && literal ? EqualIgnoringCase(*text, *literal) : value == condition.literal;
   return equal == (condition.comparison == WqlOperator::kEqual);
 }

@@ -38,7 +38,7 @@ constexpr Lead ReadLead(unsigned char byte) {
 /// Takes the next character off the front of UTF-16 or UTF-32 `units`, which must not be empty.
 template <class Unit>
 char32_t TakeWide(std::span<const Unit>& units) noexcept {
-  const char32_t first = static_cast<char32_t>(units[0]);
+  const auto first = static_cast<char32_t>(units[0]);
   units = units.subspan(1);
   if constexpr (sizeof(Unit) == 2) {
     if (IsHighSurrogate(first) && !units.empty() && IsLowSurrogate(units[0])) {
