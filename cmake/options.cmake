@@ -29,6 +29,10 @@ if(VELMORA_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+if(VELMORA_FUZZ)
+  # The fuzzers are guided by what the library's own code reaches.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 
 # Sources of a folder: its own files, not those of the folders below.
 function(velmora_sources result)

@@ -24,10 +24,19 @@ thread_local int inside_depth = 0;
 /// What the handle of lent memory stands for.
 struct LentMemory {};
 
+/// The machine file that the environment names; null when it names none.
+auto NamedMachineFile() {
+#ifdef _WIN32
+  return _wgetenv(L"VELMORA_MACHINE");  // the narrow environment cannot hold every path
+#else
+  return std::getenv("VELMORA_MACHINE");
+#endif
+}
+
 /// The session of a program that was given its machine by the environment.
 Session& EnvironmentSession() {
   static const auto session = [] {
-    const char* file = std::getenv("VELMORA_MACHINE");
+    const auto* file = NamedMachineFile();
     if (file == nullptr) EndProgram("no machine is in use, and VELMORA_MACHINE names no machine file");
     try {
       return std::make_unique<Session>(ReadMachine(file));

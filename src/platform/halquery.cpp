@@ -5,6 +5,7 @@
 #include <bit>
 #include <concepts>
 #include <span>
+#include <string_view>
 
 #include "platform/guard.h"
 #include "platform/os/text.h"
@@ -29,20 +30,26 @@ bool QueryObject(DeviceClass device_class, std::uint32_t information_id, void* d
   return Query(device_class, information_id, device, std::as_writable_bytes(std::span(&object, 1))) != 0;
 }
 
+/// The part of a text before its first zero, found by the fastest search that the characters have.
+template <class Character>
+std::basic_string_view<Character> UntilZero(std::basic_string_view<Character> text) {
+  return text.substr(0, text.find(Character{}));
+}
+
 /// The part of a text buffer before its first zero. The last place always counts as a zero, so that a buffer
 /// that came back without one is still bounded.
 template <class Character, std::size_t kSize>
-std::span<const Character> UntilZero(const std::array<Character, kSize>& buffer) {
-  const auto last = buffer.end() - 1;
-  return {buffer.begin(), std::find(buffer.begin(), last, Character{})};
+std::basic_string_view<Character> UntilZero(const std::array<Character, kSize>& buffer) {
+  return UntilZero(std::basic_string_view<Character>(buffer.data(), kSize - 1));
 }
 
-/// Widens through a buffer of as many characters as the narrow one has bytes, so that it always fits.
+/// Widens through a buffer of as many characters as the narrow one has bytes, so that it always fits. Of that
+/// buffer only what the conversion says it has written is read.
 template <std::size_t kSize>
 std::wstring Widen(const std::array<char, kSize>& narrow) {
-  const std::span<const char> text = UntilZero(narrow);
+  const std::string_view text = UntilZero(narrow);
   if (text.empty()) return {};
-  std::array<wchar_t, kSize> wide{};
+  std::array<wchar_t, kSize> wide;
   const int written =
       os::MultiByteToWideChar(os::kNarrowCodePage, 0, text.data(), static_cast<int>(text.size()), wide.data(),
                               static_cast<int>(kSize));
@@ -50,13 +57,14 @@ std::wstring Widen(const std::array<char, kSize>& narrow) {
   return {wide.begin(), std::find(wide.begin(), end, L'\0')};
 }
 
+/// Narrow text through a buffer of `kSize` bytes, widened; empty when the query fails.
 template <std::size_t kSize>
-bool ReadWidened(DeviceClass device_class, std::uint32_t information_id, void* device, std::wstring& text) {
-  text.clear();
-  std::array<char, kSize> buffer{};
-  if (!QueryObject(device_class, information_id, device, buffer)) return false;
-  text = Widen(buffer);
-  return true;
+std::wstring AnyNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  return Answer(std::wstring(), [&]() -> std::wstring {
+    std::array<char, kSize> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return {};
+    return Widen(buffer);
+  });
 }
 
 template <std::unsigned_integral Value>
@@ -103,28 +111,28 @@ bool Prepare(DeviceClass device_class) noexcept {
 
 bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,
                     std::wstring& text) noexcept {
-  return Answer(false,
-                [&] { return ReadWidened<kNarrowTextSize>(device_class, information_id, device, text); });
+  text.clear();
+  return Answer(false, [&] {
+    std::array<char, kNarrowTextSize> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return false;
+    text = Widen(buffer);
+    return true;
+  });
 }
 
 std::wstring NarrowText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
-  std::wstring text;
-  ReadNarrowText(device_class, information_id, device, text);
-  return text;
+  return AnyNarrowText<kNarrowTextSize>(device_class, information_id, device);
 }
 
 std::wstring ShortNarrowText(DeviceClass device_class, std::uint32_t information_id) noexcept {
-  std::wstring text;
-  Attempt([&] { ReadWidened<kProcessorNameSize>(device_class, information_id, nullptr, text); });
-  return text;
+  return AnyNarrowText<kProcessorNameSize>(device_class, information_id, nullptr);
 }
 
 std::string NarrowBytes(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
   return Answer(std::string(), [&]() -> std::string {
     std::array<char, kNarrowTextSize> buffer{};
     if (!QueryObject(device_class, information_id, device, buffer)) return {};
-    const auto text = UntilZero(buffer);
-    return {text.begin(), text.end()};
+    return std::string(UntilZero(buffer));
   });
 }
 

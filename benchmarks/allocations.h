@@ -1,0 +1,8 @@
+#pragma once
+
+namespace velmora::benchmarks {
+
+/// How many times this thread has allocated memory.
+long Allocations();
+
+}  // namespace velmora::benchmarks

@@ -1,0 +1,37 @@
+#!/usr/bin/python3
+"""Holds the shared libraries of a Linux build to -Wl,-z,defs: nothing in them is left for a host to define.
+
+    link_flags.py BUILD.NINJA LIBRARY...
+
+Looks at the link commands, and at what the loader says of the linked files.
+"""
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+
+def without_flag(ninja, names):
+    """The names among `names` that have no link command with the flag. A name is a file's without version."""
+    flagged = set()
+    for statement in re.split(r"^build ", ninja, flags=re.MULTILINE)[1:]:
+        output, _, rest = statement.partition(":")
+        flags = re.search(r"^  LINK_FLAGS = (.*)$", rest, re.MULTILINE)
+        if "SHARED_LIBRARY_LINKER" in rest.splitlines()[0] and flags and "-Wl,-z,defs" in flags[1].split():
+            flagged |= {name for name in names if f"{name}." in output or output.split()[0].endswith(name)}
+    return [name for name in names if name not in flagged]
+
+
+def main(ninja_file, libraries):
+    found = [f"{name} is linked without -Wl,-z,defs"
+             for name in without_flag(Path(ninja_file).read_text(), [Path(library).name for library in libraries])]
+    for library in libraries:
+        loaded = subprocess.run(["ldd", "-r", library], capture_output=True, text=True, check=False)
+        lines = (loaded.stdout + loaded.stderr).splitlines()
+        found += [f"{library}: {line.strip()}" for line in lines if "undefined symbol" in line or "not found" in line]
+    print("\n".join(found) if found else f"{len(libraries)} libraries define all that they use")
+    return 1 if found or not libraries else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1], sys.argv[2:]))

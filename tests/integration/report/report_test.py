@@ -1,0 +1,268 @@
+"""The report program as people run it: on this machine, on machines of made-up firmware, on machine files.
+
+The environment names the program, VELMORA_REPORT, and, for the Windows program, what runs it, VELMORA_RUNNER.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+REPOSITORY = HERE.parents[2]
+MACHINES = REPOSITORY / "machines"
+MADE_UP_FIRMWARE = REPOSITORY / "tests/integration/windows/fake-dmi"
+
+PROGRAM = pathlib.Path(os.environ["VELMORA_REPORT"]).resolve()
+RUNNER = os.environ.get("VELMORA_RUNNER", "").split()
+
+# Which file of the kernel's folder /sys/class/dmi/id holds which value.
+KERNEL_NAMES = {
+    "product": "board_name",
+    "manufacturer": "board_vendor",
+    "version": "board_version",
+    "serial_number": "board_serial",
+    "bios_version": "bios_version",
+    "bios_manufacturer": "bios_vendor",
+    "bios_release_date": "bios_date",
+}
+LABELS = [
+    "Board product",
+    "Board maker",
+    "Board version",
+    "Board serial number",
+    "BIOS version",
+    "BIOS maker",
+    "BIOS date",
+]
+
+
+def run(*arguments, before=(), program=PROGRAM, folder=None):
+    """Runs the program and returns its status, output, which must be UTF-8, and error output."""
+    command = [*before, *RUNNER, str(program), *map(str, arguments)]
+    done = subprocess.run(command, cwd=folder, capture_output=True, timeout=120)
+    return done.returncode, done.stdout.decode(), done.stderr.decode(errors="replace").replace("\r\n", "\n")
+
+
+def without_firmware(*mounted_folders):
+    """What to put before a command so that it sees empty folders in place of these."""
+    mounts = "".join(f"if [ -d {folder} ]; then mount -t tmpfs none {folder}; fi; " for folder in mounted_folders)
+    as_root = [] if os.geteuid() == 0 else ["--map-root-user"]
+    return ["unshare", "--mount", *as_root, "sh", "-ec", mounts + 'exec "$@"', "sh"]
+
+
+class Case(unittest.TestCase):
+    maxDiff = None
+
+    def report(self, *arguments, **how):
+        status, output, errors = run(*arguments, **how)
+        self.assertEqual((status, errors), (0, ""))
+        return output
+
+    def json_report(self, *arguments, **how):
+        return json.loads(self.report("--json", *arguments, **how))
+
+    def assert_refused(self, arguments, message, **how):
+        status, output, errors = run(*arguments, **how)
+        self.assertEqual((status, output), (2, ""))
+        self.assertEqual(errors.count("\n"), 1, errors)
+        self.assertIn(message, errors)
+
+
+class ThisMachine(Case):
+    def test_text_names_every_value(self):
+        lines = self.report().splitlines()
+        self.assertEqual(lines[0], "Board and BIOS")
+        rows = [line[2:].split("  ", 1) for line in lines[1:8]]
+        self.assertEqual([label for label, _ in rows], LABELS)
+        for label, value in rows:
+            self.assertTrue(value.strip(), label)
+
+    def test_json_has_texts_and_nulls(self):
+        board = self.json_report()["baseboard"]
+        self.assertEqual(list(board), list(KERNEL_NAMES))
+        for key, value in board.items():
+            self.assertTrue(value is None or isinstance(value, str) and value, key)
+
+    def test_text_and_json_tell_the_same(self):
+        board = self.json_report()["baseboard"]
+        lines = self.report().splitlines()
+        for line, value in zip(lines[1:], board.values()):
+            self.assertTrue(line.endswith("  " + ("not reported" if value is None else value)), line)
+
+
+class MadeUpFirmware(Case):
+    def expected(self):
+        return {key: (MADE_UP_FIRMWARE / name).read_text().rstrip("\n") for key, name in KERNEL_NAMES.items()}
+
+    def before(self):
+        hide_tables = without_firmware("/sys/firmware")
+        return [*hide_tables, str(REPOSITORY / "scripts/with-fake-dmi"), str(MADE_UP_FIRMWARE)]
+
+    def test_its_seven_texts_are_reported(self):
+        self.assertEqual(self.json_report(before=self.before())["baseboard"], self.expected())
+
+    def test_its_seven_texts_are_printed(self):
+        lines = self.report(before=self.before()).splitlines()[1:8]
+        self.assertEqual([line.split("  ")[-1].strip() for line in lines], list(self.expected().values()))
+
+
+class MachineFile(Case):
+    def test_every_one_gives_the_expected_values(self):
+        files = sorted(MACHINES.glob("*.json"))
+        self.assertTrue(files)
+        for file in files:
+            with self.subTest(file.name):
+                expected = json.loads((HERE / "expected" / file.name).read_text())
+                self.assertEqual(self.json_report("--machine", file), expected)
+
+    def test_every_one_gives_the_expected_text(self):
+        for file in sorted(MACHINES.glob("*.json")):
+            with self.subTest(file.name):
+                expected = (HERE / "expected" / file.name).with_suffix(".txt").read_text()
+                self.assertEqual(self.report("--machine", file), expected)
+
+
+class WrittenMachineFile(Case):
+    """Machine files that the tests write, in a folder whose name is no plain word."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="velmora machine \u00e9\u0436-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def write(self, text, name="machine.json"):
+        file = self.folder / name
+        file.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return file
+
+    def test_nothing_but_an_object_is_a_machine_that_has_nothing(self):
+        board = self.json_report("--machine", self.write("{}"))["baseboard"]
+        self.assertEqual(board, dict.fromkeys(KERNEL_NAMES))
+
+    def test_texts_of_every_alphabet_come_through(self):
+        product = "caf\u00e9 \u0436 \u4e2d \U0001f5a5 \"quoted\" \\"
+        file = self.write(json.dumps({"baseboard": {"product": product}}))
+        self.assertEqual(self.json_report("--machine", file)["baseboard"]["product"], product)
+        self.assertIn("  Board product        " + product + "\n", self.report("--machine", file))
+
+    def test_control_characters_reach_no_terminal(self):
+        product = "\x1b[2J\x07\u009b"
+        file = self.write(json.dumps({"baseboard": {"product": product}}))
+        self.assertIn("  \\u001B[2J\\u0007\\u009B\n", self.report("--machine", file))
+        self.assertEqual(self.json_report("--machine", file)["baseboard"]["product"], product)
+
+    def test_an_empty_text_and_null_are_not_reported(self):
+        file = self.write('{"baseboard": {"product": "", "version": null, "manufacturer": "ACME"}}')
+        board = self.json_report("--machine", file)["baseboard"]
+        self.assertEqual((board["product"], board["version"], board["manufacturer"]), (None, None, "ACME"))
+
+    def test_a_long_text_is_cut_as_the_library_cuts_it(self):
+        file = self.write(json.dumps({"baseboard": {"product": "x" * 300}}))
+        self.assertEqual(self.json_report("--machine", file)["baseboard"]["product"], "x" * 259)
+
+    def test_a_relative_name_is_found_from_the_callers_folder(self):
+        self.write('{"baseboard": {"product": "near"}}', "near.json")
+        board = self.json_report("--machine", "near.json", folder=self.folder)["baseboard"]
+        self.assertEqual(board["product"], "near")
+
+    def test_a_file_that_is_not_json_is_refused_with_its_line(self):
+        file = self.write('{\n  "baseboard": {\n    "product" "x"\n  }\n}\n')
+        self.assert_refused(["--machine", file], f"{file}:3: /: is not JSON: ")
+
+    def test_an_unknown_field_is_refused_with_its_line_and_path(self):
+        file = self.write('{\n  "baseboard": {\n    "product": "x",\n    "prodct": "y"\n  }\n}\n')
+        self.assert_refused(["--machine", file, "--json"], f"{file}:4: /baseboard/prodct: there is no such field")
+
+    def test_a_value_of_the_wrong_kind_is_refused_with_its_line_and_path(self):
+        file = self.write('{\n  "name": "n",\n  "baseboard": {\n    "version": 7\n  }\n}\n')
+        self.assert_refused(["--machine", file], f"{file}:4: /baseboard/version: must be a text")
+        file = self.write("[]")
+        self.assert_refused(["--machine", file], f"{file}:1: /: must be an object")
+
+    def test_a_file_of_broken_text_is_refused(self):
+        file = self.write(b'{"name": "\xff"}')
+        self.assert_refused(["--machine", file], f"{file}:1: /: is not JSON: ")
+        self.assert_refused(["--machine", self.write(b"")], ":1: /: is not JSON: ")
+
+    def test_a_missing_file_is_refused(self):
+        missing = self.folder / "missing.json"
+        self.assert_refused(["--machine", missing], f"{missing}:1: /: cannot be read")
+
+
+class Arguments(Case):
+    def test_an_unknown_one_is_refused_by_name(self):
+        self.assert_refused(["--jsn"], 'velmora-report: unknown option "--jsn"')
+        self.assert_refused(["--json", "caf\u00e9"], 'unknown option "caf\u00e9"')
+
+    def test_machine_without_a_file_is_refused(self):
+        self.assert_refused(["--machine"], "velmora-report: --machine needs a file")
+
+    def test_help_tells_the_options(self):
+        text = self.report("--help")
+        self.assertTrue(text.startswith("Usage: velmora-report "))
+        for option in ("--json", "--machine FILE", "--help", "--version"):
+            self.assertIn(option, text)
+
+    def test_version_is_the_projects(self):
+        text = (REPOSITORY / "CMakeLists.txt").read_text()
+        version = text.split("project(Velmora VERSION ")[1].split()[0]
+        self.assertEqual(self.report("--version"), f"velmora-report {version}\n")
+
+
+class Installed(Case):
+    """The program from an installed tree that stands elsewhere than it was built."""
+
+    def test_it_reports_this_machine_and_machine_files(self):
+        machine = MACHINES / "laptop-healthy.json"
+        with tempfile.TemporaryDirectory() as folder:
+            install = ["cmake", "--install", str(PROGRAM.parents[1]), "--prefix", folder]
+            subprocess.run(install, check=True, capture_output=True, timeout=120)
+            program = pathlib.Path(folder) / "bin" / PROGRAM.name
+            self.assertEqual(self.report(program=program), self.report())
+            self.assertEqual(self.report("--machine", machine, program=program), self.report("--machine", machine))
+
+
+class OnLinux(Case):
+    """What only the Linux program can be asked."""
+
+    def test_firmware_that_says_nothing_reads_as_not_reported(self):
+        before = without_firmware("/sys/firmware", "/sys/class")
+        self.assertEqual(self.json_report(before=before)["baseboard"], dict.fromkeys(KERNEL_NAMES))
+        lines = self.report(before=before).splitlines()[1:8]
+        self.assertEqual([line[2:].split("  ")[0] for line in lines], LABELS)
+        for line in lines:
+            self.assertTrue(line.endswith("  not reported"), line)
+
+    def test_output_that_cannot_be_written_is_a_failure(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([str(PROGRAM)], stdout=full, stderr=subprocess.PIPE, timeout=60)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr, b"velmora-report: the output could not be written\n")
+
+    def test_a_link_to_the_program_finds_the_simulated_one(self):
+        with tempfile.TemporaryDirectory() as folder:
+            link = pathlib.Path(folder) / "report"
+            link.symlink_to(PROGRAM)
+            machine = MACHINES / "laptop-healthy.json"
+            self.assertEqual(self.report("--machine", machine, program=link), self.report("--machine", machine))
+
+    def test_a_missing_simulated_program_is_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            copy = pathlib.Path(folder) / "velmora-report"
+            copy.write_bytes(PROGRAM.read_bytes())
+            copy.chmod(0o755)
+            library_path = f"LD_LIBRARY_PATH={PROGRAM.parents[1] / 'lib'}"
+            status, output, errors = run("--machine", "x", program=copy, before=["env", library_path])
+        self.assertEqual((status, output), (1, ""))
+        self.assertIn("velmora-report: cannot run ", errors)
+
+    def test_the_environment_does_not_turn_the_real_program_into_the_simulated(self):
+        machine = f"VELMORA_MACHINE={MACHINES / 'laptop-healthy.json'}"
+        self.assertEqual(self.report(before=["env", machine]), self.report())
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=0)

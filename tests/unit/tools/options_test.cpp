@@ -1,0 +1,66 @@
+#include "velmora-report/options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using report::Options;
+using report::ParseOptions;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string UsageErrorOf(const std::vector<std::string>& arguments) {
+  try {
+    ParseOptions(arguments);
+  } catch (const report::UsageError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(Options, AskForTheTextReportOfThisMachineWithoutArguments) {
+  const Options options = ParseOptions({});
+
+  EXPECT_EQ(options.action, Options::Action::kReport);
+  EXPECT_FALSE(options.json);
+  EXPECT_EQ(options.machine, "");
+  EXPECT_THAT(options.others, IsEmpty());
+}
+
+TEST(Options, MayAskForJson) { EXPECT_TRUE(ParseOptions({"--json"}).json); }
+
+TEST(Options, NameAMachineFileWhateverItIsCalled) {
+  EXPECT_EQ(ParseOptions({"--machine", "--json"}).machine, "--json");
+  EXPECT_EQ(ParseOptions({"--machine", "a b\xC3\xA9\".json"}).machine, "a b\xC3\xA9\".json");
+}
+
+TEST(Options, PassEverythingButTheMachineFileOn) {
+  EXPECT_THAT(ParseOptions({"--machine", "a.json", "--json"}).others, ElementsAre("--json"));
+  EXPECT_THAT(ParseOptions({"--json", "--machine", "a.json"}).others, ElementsAre("--json"));
+}
+
+TEST(Options, MayAskForHelpAndVersion) {
+  EXPECT_EQ(ParseOptions({"--help"}).action, Options::Action::kHelp);
+  EXPECT_EQ(ParseOptions({"--version"}).action, Options::Action::kVersion);
+}
+
+TEST(Options, AreRefusedByNameWhenTheyAreUnknown) {
+  for (const std::string argument : {"--jsn", "-j", "machine.json", "", "--json=1"}) {
+    EXPECT_THAT(UsageErrorOf({"--json", argument}), HasSubstr("\"" + argument + "\""));
+  }
+}
+
+TEST(Options, AreRefusedWhenTheMachineFileIsMissing) {
+  EXPECT_EQ(UsageErrorOf({"--machine"}), "--machine needs a file");
+  EXPECT_EQ(UsageErrorOf({"--machine", ""}), "--machine needs a file");
+}
+
+TEST(Options, AreAllToldByTheHelp) {
+  for (const char* const option : {"--json", "--machine FILE", "--help", "--version"}) {
+    EXPECT_THAT(std::string(report::kHelp), HasSubstr(option));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,46 @@
+#include "velmora-report/utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using report::ToUtf8;
+
+TEST(Utf8, KeepsAsciiAndInnerZeros) {
+  EXPECT_EQ(ToUtf8(L""), "");
+  EXPECT_EQ(ToUtf8(L"20XW004AGE"), "20XW004AGE");
+  EXPECT_EQ(ToUtf8(std::wstring_view(L"a\0b", 3)), std::string("a\0b", 3));
+}
+
+TEST(Utf8, WritesCharactersOfEveryLength) {
+  EXPECT_EQ(ToUtf8(L"\x7F"), "\x7F");
+  EXPECT_EQ(ToUtf8(L"\x80"), "\xC2\x80");
+  EXPECT_EQ(ToUtf8(L"\x7FF"), "\xDF\xBF");
+  EXPECT_EQ(ToUtf8(L"\x800"), "\xE0\xA0\x80");
+  EXPECT_EQ(ToUtf8(L"\xD7FF"), "\xED\x9F\xBF");
+  EXPECT_EQ(ToUtf8(L"\xE000"), "\xEE\x80\x80");
+  EXPECT_EQ(ToUtf8(L"\xFFFF"), "\xEF\xBF\xBF");
+  EXPECT_EQ(ToUtf8(L"\U00010000"), "\xF0\x90\x80\x80");
+  EXPECT_EQ(ToUtf8(L"\U0010FFFF"), "\xF4\x8F\xBF\xBF");
+}
+
+TEST(Utf8, ReplacesLoneSurrogates) {
+  const std::wstring first(1, static_cast<wchar_t>(0xD83D));
+  const std::wstring second(1, static_cast<wchar_t>(0xDE00));
+
+  EXPECT_EQ(ToUtf8(first), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(second), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(first + L"x"), "\xEF\xBF\xBDx");
+  EXPECT_EQ(ToUtf8(second + first), "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST(Utf8, ReplacesNumbersThatAreNoCharacter) {
+  for (const unsigned long long number : {0x110000ULL, 0x7FFFFFFFULL, 0xFFFFFFFFULL}) {
+    const auto character = static_cast<wchar_t>(number);
+    // Where a wide character has two bytes, none is greater than every character.
+    const bool fits = sizeof(wchar_t) == 4;
+    EXPECT_EQ(ToUtf8({&character, fits ? 1U : 0U}), fits ? "\xEF\xBF\xBD" : "") << number;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,44 @@
+#include "velmora-report/options.h"
+
+#include <cstddef>
+
+namespace report {
+
+constexpr std::string_view kHelp =
+    R"(Usage: velmora-report [--json] [--machine FILE]
+
+Tells what hardware this machine has and how it is doing.
+
+  --json          write JSON instead of text; what is not reported is null
+  --machine FILE  tell of the simulated machine in FILE (JSON) instead of this one
+  --help          show this text
+  --version       show the version
+
+Exit status: 0 done; 1 the report could not be written; 2 the options or the
+machine file are not usable.
+)";
+
+Options ParseOptions(const std::vector<std::string>& arguments) {
+  Options options;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    if (argument == "--machine") {
+      if (i + 1 == arguments.size() || arguments[i + 1].empty()) throw UsageError("--machine needs a file");
+      options.machine = arguments[++i];
+      continue;
+    }
+    if (argument == "--json") {
+      options.json = true;
+    } else if (argument == "--help") {
+      options.action = Options::Action::kHelp;
+    } else if (argument == "--version") {
+      options.action = Options::Action::kVersion;
+    } else {
+      throw UsageError("unknown option \"" + argument + "\"");
+    }
+    options.others.push_back(argument);
+  }
+  return options;
+}
+
+}  // namespace report

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace report {
+
+/// UTF-8 of the system's wide text, whatever the locale. What is no character becomes U+FFFD.
+std::string ToUtf8(std::wstring_view text);
+
+}  // namespace report
