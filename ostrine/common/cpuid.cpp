@@ -45,9 +45,12 @@ std::optional<std::string> CpuidVendor(const CpuidSource& source) {
 }
 
 std::optional<std::string> CpuidName(const CpuidSource& source) {
+  constexpr std::uint32_t kLastPart = 0x80000004;
   std::string letters;
-  for (const std::uint32_t leaf : {0x80000002u, 0x80000003u, 0x80000004u}) {
-    const auto part = ReadLeaf(source, leaf);
+  const auto last = ReadLeaf(source, kLastPart);
+  if (!last) return std::nullopt;
+  // Where the last part is there, the others are. Each reading is dear on a virtual machine.
+  for (const auto& part : {source.Read(kLastPart - 2, 0), source.Read(kLastPart - 1, 0), last}) {
     if (!part) return std::nullopt;
     for (const std::uint32_t four : {part->eax, part->ebx, part->ecx, part->edx}) AppendLetters(letters, four);
   }

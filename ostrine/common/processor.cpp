@@ -28,7 +28,7 @@ class Question {
   Number Kind() const;
 
  private:
-  std::vector<Cache> Caches(unsigned int level) const;
+  std::vector<Cache> Caches(unsigned int level, CacheExtent extent) const;
 
   /// `fact` of the firmware's tables.
   template <typename Fact>
@@ -73,18 +73,18 @@ Number Question::MaximumClock() const {
   return std::max(Firmware(&FirmwareProcessor::maximum_clock), system_.NominalClock());
 }
 
-std::vector<Cache> Question::Caches(unsigned int level) const {
-  auto caches = system_.Caches(level);
+std::vector<Cache> Question::Caches(unsigned int level, CacheExtent extent) const {
+  auto caches = system_.Caches(level, extent);
   if (!caches.empty() || IsHybrid(cpuid_)) return caches;
   const auto threads = system_.Threads();
   if (!threads) return {};
   return CachesOfMachine(ReadCpuidCaches(cpuid_), level, *threads);
 }
 
-Number Question::CacheSize(unsigned int level) const { return TotalCacheSize(Caches(level)); }
+Number Question::CacheSize(unsigned int level) const { return TotalCacheSize(Caches(level, CacheExtent::kMachine)); }
 
 Text Question::Associativity(unsigned int level) const {
-  const auto caches = Caches(level);
+  const auto caches = Caches(level, CacheExtent::kFirst);
   const Cache* const main = MainCache(caches);
   if (main == nullptr) return std::nullopt;
   if (auto text = AssociativityText(main->ways)) return text;

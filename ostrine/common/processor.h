@@ -41,6 +41,12 @@ enum class ProcessorKind : std::uint32_t {
   kArm = 3,
 };
 
+/// Which of a level's caches are asked for.
+enum class CacheExtent {
+  kMachine,  ///< all caches; their ways may be left out
+  kFirst,    ///< those of the first logical processor that has any
+};
+
 /// What the running system, rather than the processor itself, tells about the processor. Each member is absent
 /// where the system does not say. Nothing is kept: every call asks the system anew.
 class ProcessorSystem {
@@ -58,8 +64,8 @@ class ProcessorSystem {
   virtual std::optional<std::uint32_t> NominalClock() const = 0;
   virtual std::optional<std::uint32_t> Cores() const = 0;
   virtual std::optional<std::uint32_t> Threads() const = 0;
-  /// The machine's caches of `level`, each once, that of the first logical processor first.
-  virtual std::vector<Cache> Caches(unsigned int level) const = 0;
+  /// The caches of `level`, each once. Nothing at all where not every one of them is known.
+  virtual std::vector<Cache> Caches(unsigned int level, CacheExtent extent) const = 0;
   virtual std::optional<ProcessorTime> Time() const = 0;
   virtual std::optional<FirmwareTable> Firmware() const = 0;
 };

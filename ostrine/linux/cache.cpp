@@ -36,7 +36,7 @@ CacheWays ReadWays(const std::string& cache) {
 /// Gathers the caches of one level, and remembers which processors' caches it has.
 class Gatherer {
  public:
-  explicit Gatherer(unsigned int level) : level_(level) {}
+  Gatherer(unsigned int level, bool with_ways) : level_(level), with_ways_(with_ways) {}
 
   /// Whether the processor has been met as a sharer of every kind of cache that this level has shown. Few
   /// processors are left to be asked then: the caches of the others are known.
@@ -62,6 +62,7 @@ class Gatherer {
     return true;
   }
 
+  bool HasAny() const { return !caches_.empty(); }
   std::vector<Cache> Take() { return std::move(caches_); }
 
  private:
@@ -75,17 +76,15 @@ class Gatherer {
     if (!size || !shared_by) return false;
     sharers.resize(kProcessorLimit);
     for (const std::uint32_t sharer : *shared_by) sharers[sharer] = true;
-    // Only the first cache of a kind is ever asked for its ways.
-    const bool is_first =
-        std::ranges::none_of(caches_, [&](const Cache& other) { return other.kind == *kind; });
     caches_.push_back({.level = level_,
                        .kind = *kind,
                        .size = *size,
-                       .ways = is_first ? ReadWays(cache) : CacheWays{}});
+                       .ways = with_ways_ ? ReadWays(cache) : CacheWays{}});
     return true;
   }
 
   unsigned int level_;
+  bool with_ways_;
   std::array<std::vector<bool>, kKinds> sharers_;  ///< by kind; empty for a kind that has not been met
   std::vector<Cache> caches_;
 };
@@ -93,9 +92,11 @@ class Gatherer {
 }  // namespace
 
 std::vector<Cache> ReadCaches(const std::string& folder, std::span<const std::uint32_t> processors,
-                              unsigned int level) {
-  Gatherer gatherer(level);
+                              unsigned int level, CacheExtent extent) {
+  const bool first_only = extent == CacheExtent::kFirst;
+  Gatherer gatherer(level, first_only);
   for (const std::uint32_t processor : processors) {
+    if (first_only && gatherer.HasAny()) break;
     if (gatherer.Knows(processor)) continue;
     if (!gatherer.Add(folder + "cpu" + std::to_string(processor) + "/cache/index", processor)) return {};
   }

@@ -15,9 +15,9 @@ namespace {
 /// An open file descriptor, or none where the file could not be opened.
 class File {
  public:
-  explicit File(const std::filesystem::path& path)
+  explicit File(const char* path)
       // Nonblocking, so that a pipe in the file's place cannot hold the caller up.
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+      : descriptor_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
   ~File() {
@@ -54,7 +54,15 @@ class File {
 }  // namespace
 
 std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& path, std::size_t limit) {
-  const File file(path);
+  return ReadBytes(path.native(), limit);
+}
+
+std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
+  return ReadAttribute(path.native());
+}
+
+std::optional<std::vector<std::uint8_t>> ReadBytes(const std::string& path, std::size_t limit) {
+  const File file(path.c_str());
   const auto stated = file.StatedSize();
   if (!stated) return std::nullopt;
 
@@ -73,8 +81,8 @@ std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& 
   return bytes;
 }
 
-std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
-  const File file(path);
+std::optional<std::string> ReadAttribute(const std::string& path) {
+  const File file(path.c_str());
   if (!file.StatedSize()) return std::nullopt;
   std::array<std::uint8_t, kAttributeLimit + 1> bytes;
   auto count = file.Read(bytes);

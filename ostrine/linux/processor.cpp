@@ -16,11 +16,14 @@ namespace {
 
 constexpr const char* kProcessorFolder = "/sys/devices/system/cpu/";
 
-/// Text of a file of proc: of many processors it has many pages, but not this many.
-std::string ReadProc(const std::string& path) {
+/// A file of proc, empty where it cannot be read. Of many processors it has many pages, but not this many.
+std::vector<std::uint8_t> ReadProc(const std::string& path) {
   constexpr std::size_t kLimit = std::size_t{16} << 20;
-  const auto bytes = ReadBytes(path, kLimit);
-  return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
+  return ReadBytes(path, kLimit).value_or(std::vector<std::uint8_t>());
+}
+
+std::string_view AsText(const std::vector<std::uint8_t>& bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 /// Who designed an ARM processor, by the number that the processor has for it.
@@ -52,13 +55,15 @@ bool LinuxProcessor::IsArm() const {
 }
 
 std::optional<std::string> LinuxProcessor::Vendor() const {
-  const std::string info = Info();
+  const auto bytes = Info();
+  const std::string_view info = AsText(bytes);
   if (auto vendor = ProcessorInfoValue(info, "vendor_id")) return vendor;
   return ArmImplementer(ProcessorInfoValue(info, "CPU implementer").value_or(""));
 }
 
 std::optional<std::string> LinuxProcessor::Name() const {
-  const std::string info = Info();
+  const auto bytes = Info();
+  const std::string_view info = AsText(bytes);
   if (auto name = ProcessorInfoValue(info, "model name")) return name;
   return ProcessorInfoValue(info, "Hardware");
 }
@@ -71,7 +76,7 @@ std::optional<std::uint32_t> LinuxProcessor::MaximumClock() const {
   return HighestClock("/cpufreq/cpuinfo_max_freq");
 }
 
-std::optional<std::uint32_t> LinuxProcessor::NominalClock() const { return HighestListedClock(Info()); }
+std::optional<std::uint32_t> LinuxProcessor::NominalClock() const { return HighestListedClock(AsText(Info())); }
 
 std::optional<std::uint32_t> LinuxProcessor::Cores() const {
   const auto processors = Online();
@@ -97,14 +102,14 @@ std::optional<std::uint32_t> LinuxProcessor::Threads() const {
   return processors ? std::optional(static_cast<std::uint32_t>(processors->size())) : std::nullopt;
 }
 
-std::vector<Cache> LinuxProcessor::Caches(unsigned int level) const {
+std::vector<Cache> LinuxProcessor::Caches(unsigned int level, CacheExtent extent) const {
   const auto processors = Online();
   if (!processors) return {};
-  return ReadCaches(root_ + kProcessorFolder, *processors, level);
+  return ReadCaches(root_ + kProcessorFolder, *processors, level, extent);
 }
 
 std::optional<ProcessorTime> LinuxProcessor::Time() const {
-  return ParseProcessorTime(ReadProc(root_ + "/proc/stat"));
+  return ParseProcessorTime(AsText(ReadProc(root_ + "/proc/stat")));
 }
 
 std::optional<FirmwareTable> LinuxProcessor::Firmware() const {
@@ -119,7 +124,7 @@ std::string LinuxProcessor::Folder(std::uint32_t processor) const {
   return root_ + kProcessorFolder + "cpu" + std::to_string(processor);
 }
 
-std::string LinuxProcessor::Info() const { return ReadProc(root_ + "/proc/cpuinfo"); }
+std::vector<std::uint8_t> LinuxProcessor::Info() const { return ReadProc(root_ + "/proc/cpuinfo"); }
 
 std::optional<std::uint32_t> LinuxProcessor::HighestClock(const char* file) const {
   constexpr std::uint64_t kKilohertz = 1000;

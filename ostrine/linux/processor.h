@@ -23,7 +23,7 @@ class LinuxProcessor final : public ProcessorSystem {
   std::optional<std::uint32_t> NominalClock() const override;
   std::optional<std::uint32_t> Cores() const override;
   std::optional<std::uint32_t> Threads() const override;
-  std::vector<Cache> Caches(unsigned int level) const override;
+  std::vector<Cache> Caches(unsigned int level, CacheExtent extent) const override;
   std::optional<ProcessorTime> Time() const override;
   std::optional<FirmwareTable> Firmware() const override;
 
@@ -32,8 +32,8 @@ class LinuxProcessor final : public ProcessorSystem {
   std::optional<std::vector<std::uint32_t>> Online() const;
   /// The folder of a logical processor.
   std::string Folder(std::uint32_t processor) const;
-  /// Text of /proc/cpuinfo, empty where it cannot be read.
-  std::string Info() const;
+  /// /proc/cpuinfo, empty where it cannot be read.
+  std::vector<std::uint8_t> Info() const;
   /// The highest of the clocks, in MHz, that stand in this file of each logical processor's folder.
   std::optional<std::uint32_t> HighestClock(const char* file) const;
 
