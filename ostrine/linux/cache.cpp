@@ -22,9 +22,9 @@ std::optional<CacheKind> ParseKind(std::string_view text) {
   return std::nullopt;
 }
 
-std::optional<std::uint64_t> ReadNumber(const std::string& path) {
-  return ParseNumber(ReadAttribute(path).value_or(""));
-}
+std::string ReadText(const std::string& path) { return ReadAttribute(path.c_str()).value_or(""); }
+
+std::optional<std::uint64_t> ReadNumber(const std::string& path) { return ParseNumber(ReadText(path)); }
 
 CacheWays ReadWays(const std::string& cache) {
   const std::uint64_t ways = ReadNumber(cache + "ways_of_associativity").value_or(0);
@@ -67,12 +67,12 @@ class Gatherer {
 
  private:
   bool AddCache(const std::string& cache, std::uint32_t processor) {
-    const auto kind = ParseKind(ReadAttribute(cache + "type").value_or(""));
+    const auto kind = ParseKind(ReadText(cache + "type"));
     if (!kind) return false;
     auto& sharers = sharers_.at(static_cast<std::size_t>(*kind));
     if (!sharers.empty() && sharers[processor]) return true;
-    const auto size = ParseCacheSize(ReadAttribute(cache + "size").value_or(""));
-    const auto shared_by = ParseProcessorList(ReadAttribute(cache + "shared_cpu_list").value_or(""));
+    const auto size = ParseCacheSize(ReadText(cache + "size"));
+    const auto shared_by = ParseProcessorList(ReadText(cache + "shared_cpu_list"));
     if (!size || !shared_by) return false;
     sharers.resize(kProcessorLimit);
     for (const std::uint32_t sharer : *shared_by) sharers[sharer] = true;

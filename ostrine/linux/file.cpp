@@ -54,15 +54,15 @@ class File {
 }  // namespace
 
 std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& path, std::size_t limit) {
-  return ReadBytes(path.native(), limit);
+  return ReadBytes(path.c_str(), limit);
 }
 
 std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
-  return ReadAttribute(path.native());
+  return ReadAttribute(path.c_str());
 }
 
-std::optional<std::vector<std::uint8_t>> ReadBytes(const std::string& path, std::size_t limit) {
-  const File file(path.c_str());
+std::optional<std::vector<std::uint8_t>> ReadBytes(const char* path, std::size_t limit) {
+  const File file(path);
   const auto stated = file.StatedSize();
   if (!stated) return std::nullopt;
 
@@ -81,8 +81,8 @@ std::optional<std::vector<std::uint8_t>> ReadBytes(const std::string& path, std:
   return bytes;
 }
 
-std::optional<std::string> ReadAttribute(const std::string& path) {
-  const File file(path.c_str());
+std::optional<std::string> ReadAttribute(const char* path) {
+  const File file(path);
   if (!file.StatedSize()) return std::nullopt;
   std::array<std::uint8_t, kAttributeLimit + 1> bytes;
   auto count = file.Read(bytes);

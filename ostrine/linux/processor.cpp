@@ -19,7 +19,7 @@ constexpr const char* kProcessorFolder = "/sys/devices/system/cpu/";
 /// A file of proc, empty where it cannot be read. Of many processors it has many pages, but not this many.
 std::vector<std::uint8_t> ReadProc(const std::string& path) {
   constexpr std::size_t kLimit = std::size_t{16} << 20;
-  return ReadBytes(path, kLimit).value_or(std::vector<std::uint8_t>());
+  return ReadBytes(path.c_str(), kLimit).value_or(std::vector<std::uint8_t>());
 }
 
 std::string_view AsText(const std::vector<std::uint8_t>& bytes) {
@@ -86,9 +86,9 @@ std::optional<std::uint32_t> LinuxProcessor::Cores() const {
   for (const std::uint32_t processor : *processors) {
     if (counted[processor]) continue;
     const std::string topology = Folder(processor) + "/topology/";
-    auto siblings = ReadAttribute(topology + "core_cpus_list");
+    auto siblings = ReadAttribute((topology + "core_cpus_list").c_str());
     // Its name before Linux 5.3.
-    if (!siblings) siblings = ReadAttribute(topology + "thread_siblings_list");
+    if (!siblings) siblings = ReadAttribute((topology + "thread_siblings_list").c_str());
     const auto of_core = ParseProcessorList(siblings.value_or(""));
     if (!of_core) return std::nullopt;
     for (const std::uint32_t sibling : *of_core) counted[sibling] = true;
@@ -117,7 +117,7 @@ std::optional<FirmwareTable> LinuxProcessor::Firmware() const {
 }
 
 std::optional<std::vector<std::uint32_t>> LinuxProcessor::Online() const {
-  return ParseProcessorList(ReadAttribute(root_ + kProcessorFolder + "online").value_or(""));
+  return ParseProcessorList(ReadAttribute((root_ + kProcessorFolder + "online").c_str()).value_or(""));
 }
 
 std::string LinuxProcessor::Folder(std::uint32_t processor) const {
@@ -131,7 +131,7 @@ std::optional<std::uint32_t> LinuxProcessor::HighestClock(const char* file) cons
   constexpr std::uint64_t kMost = 0xFFFFFFFF * kKilohertz;
   std::uint64_t highest = 0;
   for (const std::uint32_t processor : Online().value_or(std::vector<std::uint32_t>())) {
-    const auto clock = ParseNumber(ReadAttribute(Folder(processor) + file).value_or(""));
+    const auto clock = ParseNumber(ReadAttribute((Folder(processor) + file).c_str()).value_or(""));
     if (clock && *clock <= kMost) highest = std::max(highest, *clock);
     // Clocks are scaled for all processors or for none.
     if (!clock && highest == 0) break;
