@@ -21,9 +21,6 @@ ProblemHandler problem_handler = EndProgram;
 Session* current_session = nullptr;
 thread_local int inside_depth = 0;
 
-/// What the handle of lent memory stands for.
-struct LentMemory {};
-
 /// The machine file that the environment names; null when it names none.
 auto NamedMachineFile() {
 #ifdef _WIN32

@@ -4,6 +4,8 @@
 
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
+#include "ostrine/common/memory.h"
+#include "ostrine/common/processor.h"
 #include "platform/ostrine/hal.h"
 
 // The contract's header says nothing about who exports; here the names are made visible, in a library whose
@@ -27,7 +29,9 @@ extern "C" {
 namespace {
 
 constexpr std::array kRows{
+    ostrine::DeviceClass{.number = 0, .init = ostrine::NothingToPrepare, .query = ostrine::QueryProcessor},
     ostrine::DeviceClass{.number = 4, .init = ostrine::NothingToPrepare, .query = ostrine::QueryBaseboard},
+    ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
 };
 
 constexpr ostrine::DeviceClasses kClasses(kRows);

@@ -15,9 +15,9 @@ namespace {
 /// An open file descriptor, or none where the file could not be opened.
 class File {
  public:
-  explicit File(const std::filesystem::path& path)
+  explicit File(const char* path)
       // Nonblocking, so that a pipe in the file's place cannot hold the caller up.
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+      : descriptor_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
   ~File() {
@@ -54,6 +54,14 @@ class File {
 }  // namespace
 
 std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& path, std::size_t limit) {
+  return ReadBytes(path.c_str(), limit);
+}
+
+std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
+  return ReadAttribute(path.c_str());
+}
+
+std::optional<std::vector<std::uint8_t>> ReadBytes(const char* path, std::size_t limit) {
   const File file(path);
   const auto stated = file.StatedSize();
   if (!stated) return std::nullopt;
@@ -73,7 +81,7 @@ std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& 
   return bytes;
 }
 
-std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
+std::optional<std::string> ReadAttribute(const char* path) {
   const File file(path);
   if (!file.StatedSize()) return std::nullopt;
   std::array<std::uint8_t, kAttributeLimit + 1> bytes;

@@ -1,0 +1,12 @@
+#include "ostrine/common/firmware.h"
+#include "ostrine/common/memory.h"
+
+namespace ostrine {
+
+MemoryModules ReadMemoryModulesOfMachine() {
+  const auto table = ReadFirmwareTable();
+  if (!table) return std::nullopt;
+  return ReadMemoryModules(table->View());
+}
+
+}  // namespace ostrine
