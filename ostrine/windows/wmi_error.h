@@ -1,0 +1,15 @@
+/// WMI's results in terms of the system's error numbers. Pure.
+#pragma once
+
+#include <windows.h>
+
+namespace ostrine {
+
+/// Whether a failure says that the machine has no such class, instance or method.
+bool IsAbsent(HRESULT result) noexcept;
+
+/// The error number for a failure: 50 for what is absent, 5, 8, 87 and 1460 for want of rights, memory, valid
+/// arguments and time, an error that the result carries, 31 for everything else. Never 0.
+DWORD WmiError(HRESULT result) noexcept;
+
+}  // namespace ostrine
