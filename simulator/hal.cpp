@@ -11,6 +11,7 @@
 using simulator::DeviceClassScript;
 using simulator::Entered;
 using simulator::Fault;
+using simulator::Session;
 using velmora::hal::DeviceRecord;
 
 namespace {
@@ -39,7 +40,10 @@ int Spoil(Fault fault, std::span<unsigned char> buffer) {
 
 int HalInit(unsigned int device_class, void** table) {
   const Entered call("HalInit", device_class, static_cast<const void*>(table));
-  if (call.fault == Fault::kFail) return 0;
+  if (table != nullptr && *table != nullptr) {
+    simulator::ReportProblem("HalInit was given a table pointer that is not null");
+  }
+  if (call.Fails()) return 0;
   if (table == nullptr || call.fault == Fault::kEmpty) return 1;
   const auto* script = FindScript(device_class);
   if (script != nullptr && script->make_table != nullptr) *table = script->make_table(call.session.machine);
@@ -52,6 +56,14 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
                buffer_size);
   const std::span bytes(static_cast<unsigned char*>(buffer), buffer_size);
   if (call.fault != Fault::kNone) return Spoil(call.fault, bytes);
+  if (returned_size == nullptr || *returned_size != 0) {
+    simulator::ReportProblem("HalQueryInformation was given no zeroed count");
+    return 0;
+  }
+  if (const auto& answer = call.session.query_answer) {
+    const auto result = answer({device_class, device, information_id, bytes, *returned_size});
+    if (result) return *result;
+  }
   const auto* script = FindScript(device_class);
   const auto information = script == nullptr
                                ? std::nullopt
@@ -64,7 +76,7 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
                       unsigned int buffer_size, unsigned int* /*returned_size*/) {
   Entered call("HalSetInformation", device_class, static_cast<const void*>(device), information_id,
                buffer_size);
-  if (call.fault != Fault::kNone) return call.fault == Fault::kFail ? 0 : 1;
+  if (call.fault != Fault::kNone) return call.Fails() ? 0 : 1;
   const auto* script = FindScript(device_class);
   if (script == nullptr || script->set == nullptr) return Unscripted(call, "HalSetInformation", device_class);
   const std::span bytes(static_cast<const unsigned char*>(buffer), buffer_size);
@@ -74,14 +86,17 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
 int HalOpenDevice(unsigned int device_class, void* device_record) {
   auto& record = *static_cast<DeviceRecord*>(device_record);
   const Entered call("HalOpenDevice", device_class, record.number);
-  if (call.fault == Fault::kFail) return 0;
+  if (record.handle != 0 || record.zero != 0) {
+    simulator::ReportProblem("HalOpenDevice was given a record that is not zeroed");
+  }
+  if (call.Fails()) return 0;
   record.handle = call.session.OpenHandle();
   return 1;
 }
 
 int HalCloseDevice(unsigned int device_class, void* device_record) {
   const auto& record = *static_cast<const DeviceRecord*>(device_record);
+  Session::Current().CloseHandle(record.handle, "HalCloseDevice");
   const Entered call("HalCloseDevice", device_class, record.number);
-  call.session.CloseHandle(record.handle, "HalCloseDevice");
-  return 1;
+  return call.Fails() ? 0 : 1;
 }

@@ -9,7 +9,13 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Reads characters and tells, through a count that all copies share, how many lines were begun.
+/// How far the parser has read.
+struct Progress {
+  int line = 1;
+  bool at_line_start = false;  ///< the last character that was read ended a line
+};
+
+/// Reads characters and tells, through a record that all copies share, how far the text was read.
 class CountingIterator {
  public:
   using iterator_category = std::input_iterator_tag;
@@ -18,10 +24,11 @@ class CountingIterator {
   using pointer = const char*;
   using reference = const char&;
 
-  CountingIterator(const char* at, int* line) : at_(at), line_(line) {}
+  CountingIterator(const char* at, Progress* progress) : at_(at), progress_(progress) {}
   const char& operator*() const { return *at_; }
   CountingIterator& operator++() {
-    if (*at_ == '\n') ++*line_;
+    progress_->at_line_start = *at_ == '\n';
+    if (progress_->at_line_start) ++progress_->line;
     ++at_;
     return *this;
   }
@@ -30,19 +37,19 @@ class CountingIterator {
 
  private:
   const char* at_;
-  int* line_;
+  Progress* progress_;
 };
 
 /// Follows the parser and notes the line at which each value was met.
 class LineRecorder : public nlohmann::json_sax<Json> {
  public:
-  LineRecorder(const int& line, JsonLines& lines) : line_(line), lines_(lines) {}
+  LineRecorder(const Progress& progress, JsonLines& lines) : progress_(progress), lines_(lines) {}
 
   bool null() override { return Value(); }
   bool boolean(bool) override { return Value(); }
-  bool number_integer(number_integer_t) override { return Value(); }
-  bool number_unsigned(number_unsigned_t) override { return Value(); }
-  bool number_float(number_float_t, const string_t&) override { return Value(); }
+  bool number_integer(number_integer_t) override { return Number(); }
+  bool number_unsigned(number_unsigned_t) override { return Number(); }
+  bool number_float(number_float_t, const string_t&) override { return Number(); }
   bool string(string_t&) override { return Value(); }
   bool binary(binary_t&) override { return Value(); }
   bool key(string_t& name) override {
@@ -58,7 +65,7 @@ class LineRecorder : public nlohmann::json_sax<Json> {
   }
   bool end_array() override { return End(); }
   bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) override {
-    throw JsonSyntaxError(line_, error.what());
+    throw JsonSyntaxError(progress_.line, {}, std::string("is not JSON: ") + error.what());
   }
 
  private:
@@ -75,13 +82,22 @@ class LineRecorder : public nlohmann::json_sax<Json> {
     Level& level = levels_.back();
     return level.path + "/" + (level.is_array ? std::to_string(level.index++) : level.key);
   }
+  void Record(const std::string& path, int line) {
+    if (!lines_.emplace(path, line).second) throw JsonSyntaxError(line, path, "is given twice");
+  }
   bool Value() {
-    lines_.emplace(Path(), line_);
+    Record(Path(), progress_.line);
+    return true;
+  }
+  /// A number ends only where another character was read, which may have been the end of its line.
+  bool Number() {
+    Record(Path(), progress_.line - (progress_.at_line_start ? 1 : 0));
     return true;
   }
   bool Begin() {
     const std::string path = Path();
-    lines_.emplace(path, line_);
+    Record(path, progress_.line);
+    if (levels_.size() == kDeepest) throw JsonSyntaxError(progress_.line, path, "is nested too deeply");
     levels_.push_back({.path = path});
     return true;
   }
@@ -90,7 +106,9 @@ class LineRecorder : public nlohmann::json_sax<Json> {
     return true;
   }
 
-  const int& line_;
+  static constexpr std::size_t kDeepest = 32;
+
+  const Progress& progress_;
   JsonLines& lines_;
   std::vector<Level> levels_;
 };
@@ -98,11 +116,11 @@ class LineRecorder : public nlohmann::json_sax<Json> {
 }  // namespace
 
 JsonLines FindJsonLines(std::string_view json) {
-  int line = 1;
+  Progress progress;
   JsonLines lines;
-  LineRecorder recorder(line, lines);
-  Json::sax_parse(CountingIterator(json.data(), &line), CountingIterator(json.data() + json.size(), &line),
-                  &recorder);
+  LineRecorder recorder(progress, lines);
+  Json::sax_parse(CountingIterator(json.data(), &progress),
+                  CountingIterator(json.data() + json.size(), &progress), &recorder);
   return lines;
 }
 

@@ -174,16 +174,29 @@ Machine ParseMachine(std::string_view json, const std::string& file) {
     Read(source, Json::parse(json), "", machine);
     return machine;
   } catch (const JsonSyntaxError& error) {
-    throw MachineFileError(file + ":" + std::to_string(error.line) + ": /: is not JSON: " + error.what());
+    throw MachineFileError(file + ":" + std::to_string(error.line) + ": " +
+                           (error.path.empty() ? "/" : error.path) + ": " + error.what());
   }
 }
 
 Machine ReadMachine(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw MachineFileError(file.string() + ":1: /: cannot be read");
-  return ParseMachine(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
+  std::string text;
+  try {
+    if (!stream) throw std::ios_base::failure("not there");
+    text.assign(std::istreambuf_iterator<char>(stream), {});  // of a folder, the first read throws
+  } catch (const std::ios_base::failure&) {
+    throw MachineFileError(file.string() + ":1: /: cannot be read");
+  }
+  return ParseMachine(text, file.string());
 }
 
-std::string WriteMachine(const Machine& machine) { return Write(machine).dump(2) + "\n"; }
+std::string WriteMachine(const Machine& machine) {
+  try {
+    return Write(machine).dump(2) + "\n";
+  } catch (const Json::exception& error) {
+    throw MachineFileError(std::string("the machine cannot be written: ") + error.what());
+  }
+}
 
 }  // namespace simulator

@@ -17,13 +17,14 @@ class MachineFileError : public std::runtime_error {
 };
 
 /// Reads the machine that `file` holds. Throws MachineFileError for a file that cannot be read, is not JSON,
-/// or has a field of an unknown name or of the wrong kind.
+/// or has a field of an unknown name, of the wrong kind or given twice.
 Machine ReadMachine(const std::filesystem::path& file);
 
 /// The same from text; `file` only names it in errors.
 Machine ParseMachine(std::string_view json, const std::string& file);
 
-/// The text of a machine file that reads back as `machine`.
+/// The text of a machine file that reads back as `machine`. Throws MachineFileError for a machine with text
+/// that is not UTF-8, which no file can hold.
 std::string WriteMachine(const Machine& machine);
 
 }  // namespace simulator

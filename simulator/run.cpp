@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "simulator/machine_file.h"
 #include "simulator/session.h"
@@ -46,7 +47,7 @@ Session& EnvironmentSession() {
 
 }  // namespace
 
-void SetProblemHandler(ProblemHandler handler) { problem_handler = handler; }
+ProblemHandler SetProblemHandler(ProblemHandler handler) { return std::exchange(problem_handler, handler); }
 void ReportProblem(const std::string& problem) { problem_handler(problem); }
 bool IsInsideSimulator() noexcept { return inside_depth > 0; }
 InsideSimulator::InsideSimulator() noexcept { ++inside_depth; }
@@ -75,21 +76,21 @@ std::uint64_t Session::OpenHandle() {
 }
 
 void Session::CloseHandle(std::uint64_t handle, std::string_view function) {
+  const InsideSimulator inside;
   if (open_handles.erase(handle) == 0)
     ReportProblem(std::string(function) + " closed a handle that is not open");
 }
 
-Run::Run(Machine machine) : session_(new Session(std::move(machine))) {
-  if (current_session != nullptr) ReportProblem("two machines are in use at once");
-  current_session = session_;
+Run::Run(Machine machine)
+    : session_(std::make_unique<Session>(std::move(machine))), previous_(current_session) {
+  if (previous_ != nullptr) ReportProblem("two machines are in use at once");
+  current_session = session_.get();  // last, so that a handler that throws leaves everything as it was
 }
 
 Run::~Run() {
-  if (!session_->open_handles.empty()) {
-    ReportProblem(std::to_string(session_->open_handles.size()) + " handles were left open");
-  }
-  current_session = nullptr;
-  delete session_;
+  current_session = previous_;
+  const auto open = session_->open_handles.size();
+  if (open != 0) ReportProblem("handles left open: " + std::to_string(open));
 }
 
 Machine& Run::machine() { return session_->machine; }
@@ -112,6 +113,8 @@ void Run::Inject(Fault fault, int number, bool forever) {
   session_->fault_at = number;
   session_->fault_is_forever = forever;
 }
+
+void Run::OnQuery(QueryAnswer answer) { session_->query_answer = std::move(answer); }
 
 Run Use(Machine machine) { return Run(std::move(machine)); }
 

@@ -3,6 +3,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -35,15 +38,29 @@ struct Call {
 /// Is told what a test should know: a call that nothing was scripted for, a handle left open or closed twice.
 using ProblemHandler = void (*)(const std::string& problem);
 
-/// Sets who is told. At first problems end the program with a message.
-void SetProblemHandler(ProblemHandler handler);
+/// Sets who is told and returns who was. At first problems end the program with a message.
+ProblemHandler SetProblemHandler(ProblemHandler handler);
 
 /// True while this thread is inside the simulator, whose own allocations are nobody's concern.
 bool IsInsideSimulator() noexcept;
 
+/// One query as the hardware-abstraction library meets it.
+struct Query {
+  unsigned int device_class;
+  void* device;
+  unsigned int information_id;
+  std::span<unsigned char> buffer;
+  unsigned int& returned_size;
+};
+
+/// Answers a query: writes what it likes and returns the value of the call; nothing leaves the query to the
+/// machine.
+using QueryAnswer = std::function<std::optional<int>(const Query&)>;
+
 class Session;
 
-/// Uses `machine` for the object's life; one at a time. Ending reports handles that were left open.
+/// Uses `machine` for the object's life; a second one meanwhile is a problem. Ending reports handles that
+/// were left open.
 class Run {
  public:
   explicit Run(Machine machine);
@@ -67,11 +84,16 @@ class Run {
   /// on.
   void Inject(Fault fault, int number, bool forever = false);
 
+  /// Lets `answer` stand before the machine, for answers that no machine should give: a success value of 2, a
+  /// buffer that is half written by a query that fails, a returned size of 4 GB. It may throw.
+  void OnQuery(QueryAnswer answer);
+
   /// Handles that stand open.
   int OpenHandles() const;
 
  private:
-  Session* session_;
+  std::unique_ptr<Session> session_;
+  Session* previous_;
 };
 
 /// Reads as a sentence in a test: `const auto run = simulator::Use(machine);`

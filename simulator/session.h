@@ -27,7 +27,8 @@ class Session {
   /// Says that the machine has no script for what `function` asks.
   void ReportUnscripted(std::string_view function, std::string_view what);
 
-  /// Handles are counted; closing one that is not open is a problem.
+  /// Handles are counted; closing one that is not open is a problem. A closing function calls this before it
+  /// is entered: also a close that is made to fail or throw was asked for, and the caller owes no second one.
   std::uint64_t OpenHandle();
   void CloseHandle(std::uint64_t handle, std::string_view function);
 
@@ -36,6 +37,7 @@ class Session {
   Fault fault = Fault::kNone;
   int fault_at = 0;
   bool fault_is_forever = false;
+  QueryAnswer query_answer;
   std::set<std::uint64_t> open_handles;
 
  private:

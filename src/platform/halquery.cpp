@@ -43,27 +43,28 @@ std::basic_string_view<Character> UntilZero(const std::array<Character, kSize>& 
   return UntilZero(std::basic_string_view<Character>(buffer.data(), kSize - 1));
 }
 
-/// Widens `narrow` into `text`, which is empty, through a buffer of as many characters as the narrow one has
-/// bytes, so that it always fits. Of that buffer only what the conversion says it has written is read.
+/// Widens through a buffer of as many characters as the narrow one has bytes, so that it always fits. Of that
+/// buffer only what the conversion says it has written is read.
 template <std::size_t kSize>
-void Widen(const std::array<char, kSize>& narrow, std::wstring& text) {
-  const std::string_view bytes = UntilZero(narrow);
-  if (bytes.empty()) return;
+std::wstring Widen(const std::array<char, kSize>& narrow) {
+  const std::string_view text = UntilZero(narrow);
+  if (text.empty()) return {};
   std::array<wchar_t, kSize> wide;
   const int written =
-      os::MultiByteToWideChar(os::kNarrowCodePage, 0, bytes.data(), static_cast<int>(bytes.size()),
-                              wide.data(), static_cast<int>(kSize));
+      os::MultiByteToWideChar(os::kNarrowCodePage, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                              static_cast<int>(kSize));
   const auto end = wide.begin() + std::clamp(written, 0, static_cast<int>(kSize) - 1);
-  text = std::wstring_view(wide.begin(), std::find(wide.begin(), end, L'\0'));
+  return {wide.begin(), std::find(wide.begin(), end, L'\0')};
 }
 
+/// Narrow text through a buffer of `kSize` bytes, widened; empty when the query fails.
 template <std::size_t kSize>
-bool ReadWidened(DeviceClass device_class, std::uint32_t information_id, void* device, std::wstring& text) {
-  text.clear();
-  std::array<char, kSize> buffer{};
-  if (!QueryObject(device_class, information_id, device, buffer)) return false;
-  Widen(buffer, text);
-  return true;
+std::wstring AnyNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
+  return Answer(std::wstring(), [&]() -> std::wstring {
+    std::array<char, kSize> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return {};
+    return Widen(buffer);
+  });
 }
 
 template <std::unsigned_integral Value>
@@ -110,20 +111,21 @@ bool Prepare(DeviceClass device_class) noexcept {
 
 bool ReadNarrowText(DeviceClass device_class, std::uint32_t information_id, void* device,
                     std::wstring& text) noexcept {
-  return Answer(false,
-                [&] { return ReadWidened<kNarrowTextSize>(device_class, information_id, device, text); });
+  text.clear();
+  return Answer(false, [&] {
+    std::array<char, kNarrowTextSize> buffer{};
+    if (!QueryObject(device_class, information_id, device, buffer)) return false;
+    text = Widen(buffer);
+    return true;
+  });
 }
 
 std::wstring NarrowText(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {
-  std::wstring text;
-  ReadNarrowText(device_class, information_id, device, text);
-  return text;
+  return AnyNarrowText<kNarrowTextSize>(device_class, information_id, device);
 }
 
 std::wstring ShortNarrowText(DeviceClass device_class, std::uint32_t information_id) noexcept {
-  std::wstring text;
-  Attempt([&] { ReadWidened<kProcessorNameSize>(device_class, information_id, nullptr, text); });
-  return text;
+  return AnyNarrowText<kProcessorNameSize>(device_class, information_id, nullptr);
 }
 
 std::string NarrowBytes(DeviceClass device_class, std::uint32_t information_id, void* device) noexcept {

@@ -26,10 +26,6 @@ class LogLine {
     text_ += text;
     return *this;
   }
-  LogLine& operator<<(const std::basic_string<Character>& text) {
-    text_ += text;
-    return *this;
-  }
   LogLine& operator<<(const char* label) { return AppendAscii(label); }
   LogLine& operator<<(const Within& within) {
     return AppendAscii("(").AppendAscii(within.name).AppendAscii(")");

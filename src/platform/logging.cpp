@@ -5,6 +5,7 @@
 #include <log4cxx/level.h>
 #include <log4cxx/spi/location/locationinfo.h>
 
+#include <cerrno>
 #include <type_traits>
 
 #include "logging/propertyconfiguratorex.h"
@@ -75,7 +76,10 @@ void ReportFailure() noexcept {
   }
 }
 
-LastErrorKeeper::LastErrorKeeper() noexcept : last_error_(os::LastError()) {}
-LastErrorKeeper::~LastErrorKeeper() { os::SetLastError(last_error_); }
+LastErrorKeeper::LastErrorKeeper() noexcept : last_error_(os::LastError()), errno_(errno) {}
+LastErrorKeeper::~LastErrorKeeper() {
+  os::SetLastError(last_error_);
+  errno = errno_;  // second, as the last error may be kept in it
+}
 
 }  // namespace velmora::logging

@@ -6,9 +6,10 @@
 /// The level is asked first and the line is built only when it is enabled. The location that goes with the
 /// line is the caller's: source file as a path from the repository root, full signature, line. Whatever fails
 /// in here, an appender that throws or memory that runs out, is reported through the logging library's own
-/// error channel and never reaches the caller. The thread's last error is left as it was.
+/// error channel and never reaches the caller. The thread's last error and errno are left as they were.
 #pragma once
 
+#include <cstdint>
 #include <source_location>
 #include <string>
 #include <utility>
@@ -30,8 +31,8 @@ void Write(Level level, const std::string& text, const std::source_location& loc
 /// Reports a failure inside logging through the logging library's error channel.
 void ReportFailure() noexcept;
 
-/// Keeps the thread's last error over its lifetime, so that logging between a failing call and the reading of
-/// its error does no harm.
+/// Keeps the thread's last error and errno over its lifetime, so that logging between a failing call and the
+/// reading of its error does no harm.
 class LastErrorKeeper {
  public:
   LastErrorKeeper() noexcept;
@@ -41,6 +42,7 @@ class LastErrorKeeper {
 
  private:
   std::uint32_t last_error_;
+  int errno_;
 };
 
 template <class Line, class Build>

@@ -14,11 +14,15 @@ constexpr int kNever = std::numeric_limits<int>::max();
 thread_local int allocations = 0;
 thread_local int fails_at = kNever;
 thread_local bool fails_forever = false;
+thread_local bool has_failed = false;
 
 void* Allocate(std::size_t size) {
   if (!simulator::IsInsideSimulator()) {
     const int number = allocations++;
-    if (number == fails_at || (fails_forever && number > fails_at)) throw std::bad_alloc();
+    if (number == fails_at || (fails_forever && number > fails_at)) {
+      has_failed = true;
+      throw std::bad_alloc();
+    }
   }
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
@@ -38,9 +42,11 @@ namespace velmora::testing {
 FailingAllocation::FailingAllocation(int number, bool forever) {
   fails_at = allocations + number;
   fails_forever = forever;
+  has_failed = false;
 }
 
 FailingAllocation::~FailingAllocation() { fails_at = kNever; }
+bool FailingAllocation::Happened() const { return has_failed; }
 
 AllocationCounter::AllocationCounter() : first_(allocations) {}
 int AllocationCounter::Count() const { return allocations - first_; }

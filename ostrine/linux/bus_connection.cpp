@@ -1,0 +1,79 @@
+#include "ostrine/linux/bus_connection.h"
+
+#include <algorithm>
+#include <string>
+
+namespace ostrine {
+namespace {
+
+/// A bus address for the socket `path`, whose unusual characters are written as numbers.
+std::string SocketAddress(const std::string& path) {
+  std::string address = "unix:path=";
+  for (const char c : path) {
+    const bool is_plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                          c == '/' || c == '_' || c == '-' || c == '.';
+    if (is_plain) {
+      address.push_back(c);
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      address.append({'%', "0123456789abcdef"[byte >> 4], "0123456789abcdef"[byte & 15]});
+    }
+  }
+  return address;
+}
+
+}  // namespace
+
+BusConnection::BusConnection(const Path& root, std::chrono::milliseconds patience)
+    : deadline_(std::chrono::steady_clock::now() + patience) {
+  const Path socket = root / "run/dbus/system_bus_socket";
+  if (!Exists(socket) || !Connect(socket)) bus_.reset();
+}
+
+std::uint64_t BusConnection::Remaining() const {
+  const auto left =
+      std::chrono::duration_cast<std::chrono::microseconds>(deadline_ - std::chrono::steady_clock::now())
+          .count();
+  return static_cast<std::uint64_t>(std::max<long long>(left, 0));
+}
+
+bool BusConnection::Connect(const Path& socket) {
+  sd_bus* bus = nullptr;
+  if (sd_bus_new(&bus) < 0) return false;
+  bus_.reset(bus);
+  if (sd_bus_set_address(bus, SocketAddress(socket.string()).c_str()) < 0 ||
+      sd_bus_set_bus_client(bus, 1) < 0 || sd_bus_start(bus) < 0) {
+    return false;
+  }
+  // The library's own waiting for the bus's greeting has no limit that we could set.
+  for (;;) {
+    const int ready = sd_bus_is_ready(bus);
+    if (ready != 0) return ready > 0;
+    const int processed = sd_bus_process(bus, nullptr);
+    if (processed < 0) return false;
+    if (processed > 0) continue;
+    const std::uint64_t left = Remaining();
+    if (left == 0 || sd_bus_wait(bus, left) < 0) return false;
+  }
+}
+
+BusMessage BusConnection::NewCall(const Method& method) const {
+  sd_bus_message* call = nullptr;
+  if (!bus_ || sd_bus_message_new_method_call(bus_.get(), &call, method.service, method.object,
+                                              method.interface, method.name) < 0) {
+    return {};
+  }
+  BusMessage message(call);
+  if (sd_bus_message_set_auto_start(call, 0) < 0) return {};
+  return message;
+}
+
+BusMessage BusConnection::Call(const BusMessage& call) const {
+  const std::uint64_t left = Remaining();  // 0 would stand for the library's own limit
+  if (!bus_ || !call || left == 0) return {};
+  sd_bus_message* reply = nullptr;
+  if (sd_bus_call(bus_.get(), call.get(), left, nullptr, &reply) < 0) return {};
+  return BusMessage(reply);
+}
+
+}  // namespace ostrine

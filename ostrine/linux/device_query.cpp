@@ -1,0 +1,159 @@
+#include "ostrine/linux/device_query.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "ostrine/common/wql_text.h"
+#include "ostrine/linux/bus_devices.h"
+#include "ostrine/linux/describe.h"
+#include "ostrine/linux/driver.h"
+#include "ostrine/linux/last_error.h"
+#include "ostrine/linux/uninstall.h"
+#include "platform/ostrine/setup_class.h"
+#include "platform/unicode.h"
+
+namespace ostrine {
+namespace {
+
+using velmora::unicode::WideFromUtf8;
+
+struct NamedClass {
+  GUID id;
+  SetupClass setup_class;
+  const wchar_t* name;
+};
+
+constexpr NamedClass kClasses[] = {
+    {velmora::setup_class::kNet, SetupClass::kNet, L"Net"},
+    {velmora::setup_class::kBluetooth, SetupClass::kBluetooth, L"Bluetooth"},
+    {velmora::setup_class::kBiometric, SetupClass::kBiometric, L"Biometric"},
+    {velmora::setup_class::kMedia, SetupClass::kMedia, L"MEDIA"},
+    {velmora::setup_class::kKeyboard, SetupClass::kKeyboard, L"Keyboard"},
+    {velmora::setup_class::kDisplay, SetupClass::kDisplay, L"Display"},
+    {velmora::setup_class::kUsb, SetupClass::kUsb, L"USB"},
+    {velmora::setup_class::kSystem, SetupClass::kSystem, L"System"},
+};
+
+bool IsNamedBy(const Device& device, std::wstring_view hardware_id) {
+  return std::any_of(device.ids.hardware.begin(), device.ids.hardware.end(),
+                     [&](const std::wstring& own) { return EqualIgnoringCase(own, hardware_id); });
+}
+
+std::vector<Device> DevicesOf(const Path& root, const GUID& id) {
+  const SetupClass setup_class = SetupClassOf(id);
+  return setup_class == SetupClass::kNone ? std::vector<Device>() : ListDevices(root, setup_class);
+}
+
+}  // namespace
+
+DeviceQuery::DeviceQuery(Path root, const GUID& setup_class)
+    : root_(std::move(root)), devices_(DevicesOf(root_, setup_class)) {}
+
+std::vector<std::wstring> DeviceQuery::Descriptions() const {
+  NameDatabase names(root_);
+  std::vector<std::wstring> descriptions;
+  for (const Device& device : devices_) descriptions.push_back(Describe(device, names));
+  return descriptions;
+}
+
+std::vector<std::wstring> DeviceQuery::HardwareIds() const {
+  std::vector<std::wstring> ids;
+  for (const Device& device : devices_) {
+    if (!device.ids.hardware.empty()) ids.push_back(device.ids.hardware.front());
+  }
+  return ids;
+}
+
+std::optional<std::size_t> DeviceQuery::Find(LookUp by, std::wstring_view name) const {
+  if (name.empty()) return std::nullopt;
+  NameDatabase names(root_);
+  const auto found = std::find_if(devices_.begin(), devices_.end(), [&](const Device& device) {
+    return by == LookUp::kHardwareId ? IsNamedBy(device, name)
+                                     : EqualIgnoringCase(Describe(device, names), name);
+  });
+  if (found == devices_.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - devices_.begin());
+}
+
+std::wstring DeviceQuery::Text(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const {
+  const auto index = Find(by, name);
+  if (!index) return {};
+  const Device& device = devices_[*index];
+  NameDatabase names(root_);
+  switch (property) {
+    case PROP_DESCRIPTION:
+      return Describe(device, names);
+    case PROP_MANUFACTURER:
+      return Manufacturer(device, names);
+    case PROP_DRIVER_VERSION:
+      return WideFromUtf8(DriverVersion(root_, DriverOf(root_, device)));
+    case PROP_HARDWARE_ID:
+      return device.ids.hardware.empty() ? std::wstring() : device.ids.hardware.front();
+    case PROP_DEVICE_TYPE:
+      return device.kind.empty() ? SetupClassName(device.setup_class) : WideFromUtf8(device.kind);
+    case PROP_DEVICE_NAME:
+      return WideFromUtf8(device.name);
+    case PROP_DISPLAY_NAME:
+      return FriendlyName(*index);
+    case PROP_INSTANCE_ID:
+      return InstanceId(device);
+    case PROP_PROBLEM_CODE:
+      return std::to_wstring(ProblemCode(root_, device));
+    case PROP_INF:  // drivers are not installed from such files here
+      break;
+  }
+  return {};
+}
+
+std::wstring DeviceQuery::FriendlyName(std::size_t index) const {
+  NameDatabase names(root_);
+  return FriendlyNames(devices_, names).at(index);
+}
+
+std::uint32_t DeviceQuery::Number(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const {
+  if (property != PROP_PROBLEM_CODE) return 0;
+  const auto index = Find(by, name);
+  return index ? ProblemCode(root_, devices_[*index]) : kNotPresent;
+}
+
+std::uint64_t DeviceQuery::InstallTime(std::wstring_view hardware_id) const {
+  const auto index = Find(LookUp::kHardwareId, hardware_id);
+  return index ? DriverInstallTime(root_, DriverOf(root_, devices_[*index])) : 0;
+}
+
+std::uint32_t DeviceQuery::Remove(std::wstring_view hardware_id) const {
+  const auto index = Find(LookUp::kHardwareId, hardware_id);
+  return index ? RemoveDevice(devices_[*index]) : kErrorNoSuchDevice;
+}
+
+SetupClass SetupClassOf(const GUID& id) {
+  const auto* const found = std::find_if(std::begin(kClasses), std::end(kClasses),
+                                         [&](const NamedClass& known) { return known.id == id; });
+  return found == std::end(kClasses) ? SetupClass::kNone : found->setup_class;
+}
+
+std::wstring SetupClassName(SetupClass setup_class) {
+  const auto* const found =
+      std::find_if(std::begin(kClasses), std::end(kClasses),
+                   [&](const NamedClass& known) { return known.setup_class == setup_class; });
+  return found == std::end(kClasses) ? std::wstring() : found->name;
+}
+
+std::wstring InstanceId(const Device& device) {
+  if (device.ids.hardware.empty()) return WideFromUtf8(device.address);
+  return device.ids.hardware.front() + L"\\" + WideFromUtf8(device.address);
+}
+
+std::vector<std::wstring> UnknownHardwareIds(const Path& root) {
+  constexpr std::uint32_t kNoDriver = 28;
+  const Path virtual_devices = DevicesFolder(root) / "virtual";
+  std::vector<std::wstring> ids;
+  for (const Device& device : ListDevices(root)) {
+    if (device.ids.hardware.empty() || ProblemCode(root, device) != kNoDriver) continue;
+    if (ResolveBelow(device.node, virtual_devices).empty()) ids.push_back(device.ids.hardware.front());
+  }
+  return ids;
+}
+
+}  // namespace ostrine

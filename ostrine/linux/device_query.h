@@ -1,0 +1,56 @@
+/// The operations of device information over the devices below a root folder.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ostrine/linux/device.h"
+#include "platform/ostrine/deviceinformation.h"
+
+namespace ostrine {
+
+/// Problem code of a device that is not there.
+inline constexpr std::uint32_t kNotPresent = 45;
+
+/// By what a device is looked up.
+enum class LookUp { kDescription, kHardwareId };
+
+/// The devices of one setup class, as they are when the object is made.
+class DeviceQuery {
+ public:
+  DeviceQuery(Path root, const GUID& setup_class);
+
+  std::vector<std::wstring> Descriptions() const;
+  std::vector<std::wstring> HardwareIds() const;
+
+  /// Texts and numbers of the first device that `name` names; see CDeviceInformention.
+  std::wstring Text(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const;
+  std::uint32_t Number(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const;
+  std::uint64_t InstallTime(std::wstring_view hardware_id) const;
+  std::uint32_t Remove(std::wstring_view hardware_id) const;
+
+ private:
+  /// Index of the first device that is meant; nothing when there is none.
+  std::optional<std::size_t> Find(LookUp by, std::wstring_view name) const;
+  std::wstring FriendlyName(std::size_t index) const;
+
+  Path root_;
+  std::vector<Device> devices_;
+};
+
+/// The setup class that `id` names; kNone for any other.
+SetupClass SetupClassOf(const GUID& id);
+
+/// The class's name, as the system's lists of classes have it.
+std::wstring SetupClassName(SetupClass setup_class);
+
+/// Hardware ID and bus address: unlike the hardware ID it names one device only.
+std::wstring InstanceId(const Device& device);
+
+/// First hardware IDs of the devices of all classes that have no driver and would need one.
+std::vector<std::wstring> UnknownHardwareIds(const Path& root);
+
+}  // namespace ostrine

@@ -1,0 +1,53 @@
+/// Names of vendors and products by their numbers, from the machine's databases.
+#pragma once
+
+#include <systemd/sd-hwdb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ostrine/linux/sysfs.h"
+
+namespace ostrine {
+
+struct DatabaseNames {
+  std::string vendor;  ///< empty where no database knows it
+  std::string model;
+};
+
+/// The hardware database, then the lists `pci.ids` and `usb.ids`. Each is opened when it is first asked and
+/// kept as long as this object, which serves one query.
+class NameDatabase {
+ public:
+  explicit NameDatabase(Path root);
+  NameDatabase(const NameDatabase&) = delete;
+  NameDatabase& operator=(const NameDatabase&) = delete;
+
+  /// Names for a device of PCI or USB.
+  DatabaseNames Find(const std::string& modalias);
+
+  /// Name of who has registered the firmware ID that an ACPI modalias begins with.
+  std::string FindVendor(const std::string& modalias) { return FromHardwareDatabase(modalias).vendor; }
+
+ private:
+  struct Closer {
+    void operator()(sd_hwdb* database) const { sd_hwdb_unref(database); }
+  };
+  /// A list of names that has been looked for; without bytes where there is none.
+  using List = std::optional<std::vector<std::uint8_t>>;
+
+  DatabaseNames FromHardwareDatabase(const std::string& modalias);
+  DatabaseNames FromLists(const std::string& modalias);
+  const std::vector<std::uint8_t>& Loaded(List& list, const char* name) const;
+
+  Path root_;
+  std::unique_ptr<sd_hwdb, Closer> database_;
+  bool is_database_tried_ = false;
+  List pci_list_;
+  List usb_list_;
+};
+
+}  // namespace ostrine

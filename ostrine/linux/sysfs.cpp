@@ -1,0 +1,91 @@
+#include "ostrine/linux/sysfs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+#include "ostrine/common/natural_order.h"
+#include "ostrine/linux/file.h"
+
+namespace ostrine {
+namespace {
+
+bool IsControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+
+template <class Number>
+std::optional<Number> Parse(std::string_view text, int base) {
+  Number number{};
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return number;
+}
+
+}  // namespace
+
+std::vector<std::string> EntryNames(const Path& folder) { return EntryNames(folder, {}); }
+
+std::vector<std::string> EntryNames(const Path& folder, std::string_view start) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::size_t seen = 0;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (++seen > kEntryLimit) break;
+    std::string name = entry->path().filename().string();
+    if (name.starts_with(start)) names.push_back(std::move(name));
+  }
+  std::sort(names.begin(), names.end(), ComesBefore);
+  return names;
+}
+
+std::string CleanAttribute(const Path& path) {
+  std::string text = ReadAttribute(path).value_or(std::string());
+  std::erase_if(text, IsControl);
+  text.erase(text.find_last_not_of(' ') + 1);
+  text.erase(0, text.find_first_not_of(' '));
+  return text;
+}
+
+std::optional<std::int64_t> NumberAttribute(const Path& path) {
+  return Parse<std::int64_t>(CleanAttribute(path), 10);
+}
+
+std::optional<std::uint32_t> HexAttribute(const Path& path) {
+  const std::string text = CleanAttribute(path);
+  std::string_view digits = text;
+  if (digits.starts_with("0x")) digits.remove_prefix(2);
+  return Parse<std::uint32_t>(digits, 16);
+}
+
+std::string LinkName(const Path& path) {
+  std::error_code error;
+  const Path target = std::filesystem::read_symlink(path, error);
+  return error ? std::string() : target.filename().string();
+}
+
+Path ResolveBelow(const Path& path, const Path& folder) {
+  std::error_code error;
+  const Path resolved = std::filesystem::canonical(path, error);
+  if (error) return {};
+  const auto ends = std::mismatch(folder.begin(), folder.end(), resolved.begin(), resolved.end());
+  return ends.first == folder.end() ? resolved : Path();
+}
+
+bool Exists(const Path& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+std::string LineValue(std::string_view text, std::string_view key) {
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    if (line.size() > key.size() && line.starts_with(key) && line[key.size()] == '=') {
+      return std::string(line.substr(key.size() + 1));
+    }
+  }
+  return {};
+}
+
+}  // namespace ostrine

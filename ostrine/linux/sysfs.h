@@ -1,0 +1,46 @@
+/// Bounded looks at folders, links and one-value files of sysfs and proc. What is absent, not readable or not
+/// of the expected form is empty or nothing; no link is followed in a loop.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ostrine {
+
+using Path = std::filesystem::path;
+
+/// A folder with more entries is read no further.
+inline constexpr std::size_t kEntryLimit = 32768;
+
+/// Names in `folder`, without "." and "..", in natural order ("hci2" before "hci10").
+std::vector<std::string> EntryNames(const Path& folder);
+
+/// The same, of those that begin with `start`.
+std::vector<std::string> EntryNames(const Path& folder, std::string_view start);
+
+/// The attribute's text without control characters and without blanks at its ends.
+std::string CleanAttribute(const Path& path);
+
+/// The attribute as a decimal number, with a sign or without.
+std::optional<std::int64_t> NumberAttribute(const Path& path);
+
+/// The attribute as a hexadecimal number of at most 32 bits, with "0x" before it or without.
+std::optional<std::uint32_t> HexAttribute(const Path& path);
+
+/// Last component of where the link `path` points; empty for anything that is not a link.
+std::string LinkName(const Path& path);
+
+/// `path` with every link resolved; empty when it leads nowhere, or in circles, or out of `folder`, which is
+/// itself free of links.
+Path ResolveBelow(const Path& path, const Path& folder);
+
+bool Exists(const Path& path);
+
+/// Value of `key` in a text of lines "KEY=value", as `uevent` has them.
+std::string LineValue(std::string_view text, std::string_view key);
+
+}  // namespace ostrine
