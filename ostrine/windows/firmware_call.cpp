@@ -6,6 +6,7 @@
 #include "ostrine/windows/com_pointer.h"
 #include "ostrine/windows/firmware_method.h"
 #include "ostrine/windows/thermal_zone.h"
+#include "ostrine/windows/wmi_error.h"
 #include "ostrine/windows/wmi_service.h"
 #include "ostrine/windows/wmi_value.h"
 
@@ -22,10 +23,10 @@ HRESULT MakeArguments(IWbemClassObject& definition, std::uint64_t input,
   ComPointer<IWbemClassObject> description;
   HRESULT result = definition.GetMethod(method::kMethod, 0, description.Receive(), nullptr);
   if (FAILED(result)) return result;
-  if (!description) return WBEM_E_INVALID_METHOD;  // there is a method of this name, without arguments
+  if (!description) return Wmi(WBEM_E_INVALID_METHOD);  // there is a method of this name, without arguments
   result = description->SpawnInstance(0, arguments.Receive());
   if (FAILED(result)) return result;
-  if (!arguments) return WBEM_E_FAILED;
+  if (!arguments) return Wmi(WBEM_E_FAILED);
 
   const ComText digits(std::to_wstring(input));  // as WMI passes every 64-bit number
   if (!digits) return E_OUTOFMEMORY;
@@ -47,7 +48,7 @@ HRESULT FindInstance(IWbemServices& services, const Deadline& deadline, std::wst
   result = instance->Get(L"__RELPATH", 0, value.Receive(), &type, nullptr);
   if (FAILED(result)) return result;
   path = WmiText(value.Get(), type);
-  return path.empty() ? WBEM_E_NOT_FOUND : S_OK;
+  return path.empty() ? Wmi(WBEM_E_NOT_FOUND) : S_OK;
 }
 
 /// The zone with this number, in WMI's order.
@@ -90,7 +91,7 @@ HRESULT AnswerFromThermalZones(IWbemServices& services, std::uint64_t input,
   constexpr std::uint64_t kMostZones = 64;
   const FirmwareCommand command = SplitCommand(input);
   if (command.function != FirmwareFunction::kTemperature || command.selector >= kMostZones) {
-    return WBEM_E_NOT_SUPPORTED;
+    return Wmi(WBEM_E_NOT_SUPPORTED);
   }
   ComPointer<IWbemClassObject> zone;
   HRESULT result = FindZone(services, command.selector, zone);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ostrine/common/wql.h"
+#include "ostrine/common/wql_text.h"
 #include "ostrine/windows/apartment.h"
 #include "ostrine/windows/com_pointer.h"
 #include "ostrine/windows/firmware_call.h"
@@ -29,16 +30,19 @@ ConnectionPart* AsPart(IUnknown* object) { return reinterpret_cast<ConnectionPar
 
 IWbemServices* Services(ConnectionPart* word) { return reinterpret_cast<IWbemServices*>(word); }
 
-/// What may be sent: only what is certainly a query, for not every service survives another text. A zero
-/// would end the text early, within a literal as a rule.
-bool MayBeSent(const std::wstring& query) {
-  return query.find(L'\0') == std::wstring::npos && ostrine::ParseWql(query).has_value();
+/// Whether the query may be sent: only what is certainly one, and asks for `property`, for not every service
+/// survives another text. A zero would end the text early, within a literal as a rule.
+bool MayBeSent(const std::wstring& text, const std::wstring& property) {
+  constexpr std::size_t kLongestQuery = 65536;
+  if (text.size() > kLongestQuery || text.find(L'\0') != std::wstring::npos) return false;
+  const auto query = ostrine::ParseWql(text);
+  return query && ostrine::EqualIgnoringCase(query->property, property);
 }
 
 /// `property` of the first row of `query`; false if there is none.
 bool Select(IWbemServices* services, const std::wstring& query, const std::wstring& property,
             ostrine::ComValue& value, CIMTYPE& type) {
-  if (services == nullptr || !MayBeSent(query)) return false;
+  if (services == nullptr || !MayBeSent(query, property)) return false;
   const ostrine::Deadline deadline;
   ostrine::ComPointer<IEnumWbemClassObject> rows;
   ostrine::ComPointer<IWbemClassObject> row;

@@ -1,18 +1,16 @@
 #include "ostrine/windows/wmi_error.h"
 
-#include <wbemcli.h>
-
 namespace ostrine {
 
 bool IsAbsent(HRESULT result) noexcept {
-  switch (static_cast<unsigned long>(result)) {
-    case static_cast<unsigned long>(WBEM_E_NOT_FOUND):
-    case static_cast<unsigned long>(WBEM_E_INVALID_CLASS):
-    case static_cast<unsigned long>(WBEM_E_INVALID_NAMESPACE):
-    case static_cast<unsigned long>(WBEM_E_INVALID_METHOD):
-    case static_cast<unsigned long>(WBEM_E_METHOD_NOT_IMPLEMENTED):
-    case static_cast<unsigned long>(WBEM_E_NOT_SUPPORTED):
-    case static_cast<unsigned long>(WBEM_E_PROVIDER_NOT_CAPABLE):
+  switch (result) {
+    case Wmi(WBEM_E_NOT_FOUND):
+    case Wmi(WBEM_E_INVALID_CLASS):
+    case Wmi(WBEM_E_INVALID_NAMESPACE):
+    case Wmi(WBEM_E_INVALID_METHOD):
+    case Wmi(WBEM_E_METHOD_NOT_IMPLEMENTED):
+    case Wmi(WBEM_E_NOT_SUPPORTED):
+    case Wmi(WBEM_E_PROVIDER_NOT_CAPABLE):
       return true;
     default:
       return false;
@@ -21,15 +19,15 @@ bool IsAbsent(HRESULT result) noexcept {
 
 DWORD WmiError(HRESULT result) noexcept {
   if (IsAbsent(result)) return ERROR_NOT_SUPPORTED;
-  switch (static_cast<unsigned long>(result)) {
-    case static_cast<unsigned long>(WBEM_E_ACCESS_DENIED):
+  switch (result) {
+    case Wmi(WBEM_E_ACCESS_DENIED):
       return ERROR_ACCESS_DENIED;
-    case static_cast<unsigned long>(WBEM_E_OUT_OF_MEMORY):
-    case static_cast<unsigned long>(E_OUTOFMEMORY):
+    case Wmi(WBEM_E_OUT_OF_MEMORY):
+    case E_OUTOFMEMORY:
       return ERROR_NOT_ENOUGH_MEMORY;
-    case static_cast<unsigned long>(WBEM_E_INVALID_PARAMETER):
+    case Wmi(WBEM_E_INVALID_PARAMETER):
       return ERROR_INVALID_PARAMETER;
-    case static_cast<unsigned long>(WBEM_E_TIMED_OUT):
+    case Wmi(WBEM_E_TIMED_OUT):
       return ERROR_TIMEOUT;
     default:
       break;

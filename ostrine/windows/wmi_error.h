@@ -3,7 +3,12 @@
 
 #include <windows.h>
 
+#include <wbemcli.h>
+
 namespace ostrine {
+
+/// WMI's own results as every COM call returns them. The header has them as an unsigned enumeration.
+constexpr HRESULT Wmi(WBEMSTATUS status) noexcept { return static_cast<HRESULT>(status); }
 
 /// Whether a failure says that the machine has no such class, instance or method.
 bool IsAbsent(HRESULT result) noexcept;

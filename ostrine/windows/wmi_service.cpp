@@ -2,12 +2,14 @@
 
 #include <objbase.h>
 
+#include "ostrine/windows/wmi_error.h"
+
 namespace ostrine {
 namespace {
 
 template <class Interface>
 HRESULT Received(HRESULT result, const ComPointer<Interface>& object) {
-  return SUCCEEDED(result) && !object ? WBEM_E_FAILED : result;
+  return SUCCEEDED(result) && !object ? Wmi(WBEM_E_FAILED) : result;
 }
 
 /// Lets WMI act as the calling user. Set on the one proxy, because how the whole process secures its calls is
@@ -26,7 +28,7 @@ HRESULT AwaitObject(HRESULT result, ComPointer<IWbemCallResult>& call, const Dea
   if (SUCCEEDED(result) && call) {
     result = Secure(call.Get());
     if (SUCCEEDED(result)) result = call->GetResultObject(deadline.Left(), object.Receive());
-    if (result == WBEM_S_TIMEDOUT) return WBEM_E_TIMED_OUT;
+    if (result == Wmi(WBEM_S_TIMEDOUT)) return Wmi(WBEM_E_TIMED_OUT);
   }
   return Received(result, object);
 }
@@ -46,9 +48,10 @@ HRESULT ConnectWmi(const std::wstring& name_space, ComPointer<IWbemLocator>& loc
                                              __uuidof(IWbemLocator), locator.ReceiveAny()),
                             locator);
   if (FAILED(result)) return result;
-  result = Received(locator->ConnectServer(path.Get(), nullptr, nullptr, nullptr,
-                                           WBEM_FLAG_CONNECT_USE_MAX_WAIT, nullptr, nullptr, services.Receive()),
-                    services);
+  result =
+      Received(locator->ConnectServer(path.Get(), nullptr, nullptr, nullptr, WBEM_FLAG_CONNECT_USE_MAX_WAIT,
+                                      nullptr, nullptr, services.Receive()),
+               services);
   return SUCCEEDED(result) ? Secure(services.Get()) : result;
 }
 
@@ -78,8 +81,8 @@ HRESULT NextObject(IEnumWbemClassObject& rows, const Deadline& deadline,
                    ComPointer<IWbemClassObject>& object) {
   ULONG count = 0;
   const HRESULT result = rows.Next(deadline.Left(), 1, object.Receive(), &count);
-  if (result == WBEM_S_TIMEDOUT) return WBEM_E_TIMED_OUT;
-  if (result == WBEM_S_FALSE) return WBEM_E_NOT_FOUND;
+  if (result == Wmi(WBEM_S_TIMEDOUT)) return Wmi(WBEM_E_TIMED_OUT);
+  if (result == Wmi(WBEM_S_FALSE)) return Wmi(WBEM_E_NOT_FOUND);
   return Received(result, object);
 }
 

@@ -13,7 +13,6 @@ namespace {
 
 constexpr CIMTYPE kTypeOfElements = ~static_cast<CIMTYPE>(CIM_FLAG_ARRAY);
 
-
 std::wstring_view TextIn(const VARIANT& value) {
   if (value.bstrVal == nullptr) return {};
   const std::wstring_view whole(value.bstrVal, SysStringLen(value.bstrVal));
@@ -91,8 +90,8 @@ auto WithFirstElement(const VARIANT& value, Use use) {
 
 std::wstring WmiText(const VARIANT& value, CIMTYPE type) {
   if ((value.vt & VT_ARRAY) != 0) {
-    return WithFirstElement(
-        value, [&](const VARIANT& element) { return WmiText(element, type & kTypeOfElements); });
+    return WithFirstElement(value,
+                            [&](const VARIANT& element) { return WmiText(element, type & kTypeOfElements); });
   }
   if (value.vt == VT_BSTR) return std::wstring(TextIn(value));
   if (value.vt == VT_BOOL) return value.boolVal != VARIANT_FALSE ? L"True" : L"False";
