@@ -69,9 +69,8 @@ class Machine {
     for (auto& device : MadeUpDevices()) devices_.emplace_back(std::move(device));
   }
   const FakeDevice* Find(const std::wstring& instance_id) const {
-    const auto found = std::ranges::find_if(devices_, [&](const InstalledDevice& device) {
-      return device.Shape().instance_id == instance_id;
-    });
+    const auto found = std::ranges::find_if(
+        devices_, [&](const InstalledDevice& device) { return device.Shape().instance_id == instance_id; });
     return found != devices_.end() ? &found->Shape() : nullptr;
   }
   void RestoreAll() {

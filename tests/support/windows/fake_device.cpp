@@ -2,8 +2,8 @@
 
 #include <initguid.h>
 // The property keys are defined by the header above.
-#include <devpropdef.h>
 #include <devpkey.h>
+#include <devpropdef.h>
 #include <gtest/gtest.h>
 #include <setupapi.h>
 
@@ -23,8 +23,7 @@ const std::wstring kTree = L"System\\CurrentControlSet\\Enum";
 /// A set that holds this one device.
 class SingleDevice {
  public:
-  explicit SingleDevice(const GUID& setup_class)
-      : set_(SetupDiCreateDeviceInfoList(&setup_class, nullptr)) {
+  explicit SingleDevice(const GUID& setup_class) : set_(SetupDiCreateDeviceInfoList(&setup_class, nullptr)) {
     data_.cbSize = sizeof data_;
   }
   SingleDevice(const SingleDevice&) = delete;
@@ -32,8 +31,8 @@ class SingleDevice {
   ~SingleDevice() { SetupDiDestroyDeviceInfoList(set_); }
 
   bool Create(const FakeDevice& device) {
-    return SetupDiCreateDeviceInfoW(set_, device.instance_id.c_str(), &device.setup_class, nullptr, nullptr, 0,
-                                    &data_);
+    return SetupDiCreateDeviceInfoW(set_, device.instance_id.c_str(), &device.setup_class, nullptr, nullptr,
+                                    0, &data_);
   }
   bool Open(const FakeDevice& device) {
     return SetupDiOpenDeviceInfoW(set_, device.instance_id.c_str(), nullptr, 0, &data_);
