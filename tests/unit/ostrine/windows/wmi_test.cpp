@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "tests/support/windows/fake_wmi.h"
+#include "tests/support/windows/resources.h"
 
 namespace {
 
@@ -140,16 +141,21 @@ TEST_F(WmiConnection, KeepsTheThreadInComUntilTheLastCopyHasGone) {
 }
 
 TEST_F(WmiConnection, KeepsNothingOfTenThousandQueries) {
-  const auto ask = [&] {
-    CWMI wmi(L"ROOT\\CIMV2");
-    EXPECT_EQ(wmi.SelectStr(kQuery, L"Caption"), L"first");
-    wmi_->queries.clear();
-    wmi_->waits.clear();
+  const auto ask = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      EXPECT_EQ(CWMI(L"ROOT\\CIMV2").SelectStr(kQuery, L"Caption"), L"first");
+      wmi_->queries.clear();
+      wmi_->waits.clear();
+    }
   };
-  for (int i = 0; i < 100; ++i) ask();
+  constexpr std::size_t kTolerance = 4096;
+  ask(1000);
+  const std::size_t bytes = HeapBytes();
+  const std::size_t handles = HandleCount();
+  ask(10'000);
   EXPECT_EQ(wmi_->objects, 0);
-  for (int i = 0; i < 10'000; ++i) ask();
-  EXPECT_EQ(wmi_->objects, 0);
+  EXPECT_EQ(HandleCount(), handles);
+  EXPECT_LE(HeapBytes(), bytes + kTolerance);
 }
 
 }  // namespace
