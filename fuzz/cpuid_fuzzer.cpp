@@ -1,4 +1,5 @@
-// Any bytes as the registers of a processor's leaves, eighteen bytes a leaf: number and subleaf, then registers.
+// Any bytes as the registers of a processor's leaves, eighteen bytes a leaf: number and subleaf, then
+// registers.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -25,7 +26,8 @@ class FuzzedCpuid final : public CpuidSource {
     const std::uint32_t number = (leaf >> 24 & 0x80) | (leaf & 0x7F);
     for (std::size_t at = 0; at + kSize <= bytes_.size(); at += kSize) {
       if (bytes_[at] != number || bytes_[at + 1] != subleaf) continue;
-      return CpuidRegisters{.eax = Word(at + 2), .ebx = Word(at + 6), .ecx = Word(at + 10), .edx = Word(at + 14)};
+      return CpuidRegisters{
+          .eax = Word(at + 2), .ebx = Word(at + 6), .ecx = Word(at + 10), .edx = Word(at + 14)};
     }
     return CpuidRegisters{};
   }
@@ -33,7 +35,8 @@ class FuzzedCpuid final : public CpuidSource {
  private:
   std::uint32_t Word(std::size_t at) const {
     return bytes_[at] | static_cast<std::uint32_t>(bytes_[at + 1]) << 8 |
-           static_cast<std::uint32_t>(bytes_[at + 2]) << 16 | static_cast<std::uint32_t>(bytes_[at + 3]) << 24;
+           static_cast<std::uint32_t>(bytes_[at + 2]) << 16 |
+           static_cast<std::uint32_t>(bytes_[at + 3]) << 24;
   }
 
   std::span<const std::uint8_t> bytes_;

@@ -1,5 +1,5 @@
-// Any bytes as an SMBIOS table of memory modules and processors; what is read is asked for through the table of
-// modules too.
+// Any bytes as an SMBIOS table of memory modules and processors; what is read is asked for through the table
+// of modules too.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -46,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   AskEverything(modules);
   if (const auto processor = ReadFirmwareProcessor(table)) {
-    Require(processor->external_clock != 0u && processor->maximum_clock != 0u && processor->current_clock != 0u);
+    Require(processor->external_clock != 0u && processor->maximum_clock != 0u &&
+            processor->current_clock != 0u);
   }
   return 0;
 }

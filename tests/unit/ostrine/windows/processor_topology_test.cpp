@@ -155,7 +155,8 @@ TEST(ProcessorTopology, RefusesSizesAndCountsThatLie) {
   }
   Bytes records = HybridLaptop();
   const WORD groups = 0xFFFF;
-  std::memcpy(records.data() + kBodyAt + offsetof(PROCESSOR_RELATIONSHIP, GroupCount), &groups, sizeof groups);
+  std::memcpy(records.data() + kBodyAt + offsetof(PROCESSOR_RELATIONSHIP, GroupCount), &groups,
+              sizeof groups);
   EXPECT_FALSE(CountProcessors(records));
 }
 

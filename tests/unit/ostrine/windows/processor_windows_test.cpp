@@ -19,13 +19,15 @@ constexpr unsigned int kProcessorClass = 0;
 
 std::optional<std::uint32_t> AskNumber(unsigned int id) {
   std::uint32_t number = 0;
-  if (HalQueryInformation(kProcessorClass, nullptr, id, &number, sizeof number, nullptr) == 0) return std::nullopt;
+  if (HalQueryInformation(kProcessorClass, nullptr, id, &number, sizeof number, nullptr) == 0)
+    return std::nullopt;
   return number;
 }
 
 std::optional<std::string> AskText(unsigned int id) {
   std::array<char, 260> buffer{};
-  if (HalQueryInformation(kProcessorClass, nullptr, id, buffer.data(), buffer.size(), nullptr) == 0) return std::nullopt;
+  if (HalQueryInformation(kProcessorClass, nullptr, id, buffer.data(), buffer.size(), nullptr) == 0)
+    return std::nullopt;
   return std::string(buffer.data());
 }
 
