@@ -52,7 +52,8 @@ std::optional<std::string> CpuidName(const CpuidSource& source) {
   // Where the last part is there, the others are. Each reading is dear on a virtual machine.
   for (const auto& part : {source.Read(kLastPart - 2, 0), source.Read(kLastPart - 1, 0), last}) {
     if (!part) return std::nullopt;
-    for (const std::uint32_t four : {part->eax, part->ebx, part->ecx, part->edx}) AppendLetters(letters, four);
+    for (const std::uint32_t four : {part->eax, part->ebx, part->ecx, part->edx})
+      AppendLetters(letters, four);
   }
   return Trimmed(letters);
 }

@@ -58,7 +58,8 @@ std::vector<CpuidCache> ReadOlderAmdLeaves(const CpuidSource& source) {
   const auto add = [&](unsigned int level, CacheKind kind, std::uint64_t size, CacheWays ways,
                        std::uint32_t sharing) {
     if (size == 0) return;
-    caches.push_back({.cache = {.level = level, .kind = kind, .size = size, .ways = ways}, .sharing = sharing});
+    caches.push_back(
+        {.cache = {.level = level, .kind = kind, .size = size, .ways = ways}, .sharing = sharing});
   };
   if (const auto first = ReadLeaf(source, 0x80000005)) {
     const auto add_first = [&](CacheKind kind, std::uint32_t descriptor) {

@@ -66,7 +66,8 @@ bool QueryMemory(void* device, unsigned int information_id, Answer& answer) {
 }
 
 bool MakeMemoryTable(const MemoryModules& modules, void** table) {
-  if (!modules || table == nullptr || modules->size() > std::numeric_limits<std::uint16_t>::max()) return false;
+  if (!modules || table == nullptr || modules->size() > std::numeric_limits<std::uint16_t>::max())
+    return false;
   const auto count = static_cast<std::uint32_t>(modules->size());
   auto* const bytes = static_cast<std::uint8_t*>(std::malloc(kTableHeadSize + kMemoryEntrySize * count));
   if (bytes == nullptr) return false;

@@ -21,8 +21,8 @@ enum class MemoryFact : unsigned int {
   kSpeed = 6,         ///< in MT/s, 0 where the firmware does not know
 };
 
-/// Gives a table of the modules: eight bytes, the second four of which are the number of modules, then sixteen
-/// bytes a module, with the module's number at offset 8. Fails where the modules cannot be read.
+/// Gives a table of the modules: eight bytes, the second four of which are the number of modules, then
+/// sixteen bytes a module, with the module's number at offset 8. Fails where the modules cannot be read.
 bool PrepareMemory(void** table);
 
 /// Answers the information ids of MemoryFact: the count for no device, the others for a module's place in the

@@ -81,7 +81,9 @@ std::vector<Cache> Question::Caches(unsigned int level, CacheExtent extent) cons
   return CachesOfMachine(ReadCpuidCaches(cpuid_), level, *threads);
 }
 
-Number Question::CacheSize(unsigned int level) const { return TotalCacheSize(Caches(level, CacheExtent::kMachine)); }
+Number Question::CacheSize(unsigned int level) const {
+  return TotalCacheSize(Caches(level, CacheExtent::kMachine));
+}
 
 Text Question::Associativity(unsigned int level) const {
   const auto caches = Caches(level, CacheExtent::kFirst);

@@ -16,22 +16,22 @@ namespace ostrine {
 
 /// The facts of the class; the numbers are its information ids.
 enum class ProcessorFact : unsigned int {
-  kVendor = 0,  ///< text, such as "GenuineIntel"
-  kName = 1,  ///< text
-  kAddressBits = 4,  ///< width of a physical address
-  kCurrentClock = 5,  ///< in MHz, of the fastest logical processor at the moment
-  kExternalClock = 6,  ///< in MHz
-  kMaximumClock = 7,  ///< in MHz, of the fastest logical processor
-  kCores = 8,  ///< physical cores of all kinds and sockets that have a processor in use
-  kThreads = 9,  ///< logical processors in use
-  kL1Size = 10,  ///< KiB of all caches of the level together, instructions included
-  kL2Size = 11,  ///< "
-  kL3Size = 12,  ///< "
+  kVendor = 0,            ///< text, such as "GenuineIntel"
+  kName = 1,              ///< text
+  kAddressBits = 4,       ///< width of a physical address
+  kCurrentClock = 5,      ///< in MHz, of the fastest logical processor at the moment
+  kExternalClock = 6,     ///< in MHz
+  kMaximumClock = 7,      ///< in MHz, of the fastest logical processor
+  kCores = 8,             ///< physical cores of all kinds and sockets that have a processor in use
+  kThreads = 9,           ///< logical processors in use
+  kL1Size = 10,           ///< KiB of all caches of the level together, instructions included
+  kL2Size = 11,           ///< "
+  kL3Size = 12,           ///< "
   kL1Associativity = 13,  ///< text in the words of SMBIOS, of the first logical processor's data cache
   kL2Associativity = 14,  ///< "
   kL3Associativity = 15,  ///< "
-  kLoad = 18,  ///< percent since the last question
-  kKind = 19,  ///< a ProcessorKind
+  kLoad = 18,             ///< percent since the last question
+  kKind = 19,             ///< a ProcessorKind
 };
 
 /// Values of the kind.
@@ -47,8 +47,8 @@ enum class CacheExtent {
   kFirst,    ///< those of the first logical processor that has any
 };
 
-/// What the running system, rather than the processor itself, tells about the processor. Each member is absent
-/// where the system does not say. Nothing is kept: every call asks the system anew.
+/// What the running system, rather than the processor itself, tells about the processor. Each member is
+/// absent where the system does not say. Nothing is kept: every call asks the system anew.
 class ProcessorSystem {
  public:
   virtual ~ProcessorSystem() = default;
@@ -73,8 +73,8 @@ class ProcessorSystem {
 /// Answers the information ids of ProcessorFact; `device` plays no part. Each system has its own.
 bool QueryProcessor(void* device, unsigned int information_id, Answer& answer);
 
-/// The same for a processor and a system that tell `cpuid` and `system`, and for a host that asks for the load
-/// with `history`. A fact that none of the sources knows is a failure.
+/// The same for a processor and a system that tell `cpuid` and `system`, and for a host that asks for the
+/// load with `history`. A fact that none of the sources knows is a failure.
 bool AnswerProcessor(const CpuidSource& cpuid, const ProcessorSystem& system, LoadHistory& history,
                      unsigned int information_id, Answer& answer);
 

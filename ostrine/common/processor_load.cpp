@@ -20,8 +20,8 @@ LoadHistory::~LoadHistory() { delete last_.exchange(nullptr); }
 std::optional<std::uint32_t> LoadHistory::Ask(const ProcessorTime& now) {
   std::unique_ptr<ProcessorTime> own(new (std::nothrow) ProcessorTime(now));
   if (!own) return std::nullopt;
-  // What comes out belongs to this thread alone. It may be later than `now` where another thread asked between
-  // this one's reading and this line; `now`, hardly older, stands in its place then.
+  // What comes out belongs to this thread alone. It may be later than `now` where another thread asked
+  // between this one's reading and this line; `now`, hardly older, stands in its place then.
   const std::unique_ptr<const ProcessorTime> last(last_.exchange(own.release()));
   auto percent = LoadPercent(last ? *last : ProcessorTime{}, now);
   if (percent) {

@@ -50,7 +50,8 @@ class Gatherer {
     return has_any;
   }
 
-  /// Takes in what `folder`, the processor's own list of caches, has; false when a cache is described in part.
+  /// Takes in what `folder`, the processor's own list of caches, has; false when a cache is described in
+  /// part.
   bool Add(const std::string& folder, std::uint32_t processor) {
     constexpr int kMostCaches = 16;
     for (int i = 0; i < kMostCaches; ++i) {
@@ -76,10 +77,8 @@ class Gatherer {
     if (!size || !shared_by) return false;
     sharers.resize(kProcessorLimit);
     for (const std::uint32_t sharer : *shared_by) sharers[sharer] = true;
-    caches_.push_back({.level = level_,
-                       .kind = *kind,
-                       .size = *size,
-                       .ways = with_ways_ ? ReadWays(cache) : CacheWays{}});
+    caches_.push_back(
+        {.level = level_, .kind = *kind, .size = *size, .ways = with_ways_ ? ReadWays(cache) : CacheWays{}});
     return true;
   }
 

@@ -17,8 +17,8 @@ inline constexpr std::uint32_t kProcessorLimit = 8192;
 /// An unsigned decimal number that is the whole of `text`.
 std::optional<std::uint64_t> ParseNumber(std::string_view text);
 
-/// The numbers of a list such as "0-3,8,10-11", in its order. Nothing for an empty or malformed list, one that
-/// does not ascend, and for numbers past the limit.
+/// The numbers of a list such as "0-3,8,10-11", in its order. Nothing for an empty or malformed list, one
+/// that does not ascend, and for numbers past the limit.
 std::optional<std::vector<std::uint32_t>> ParseProcessorList(std::string_view text);
 
 /// Bytes of a size such as "48K".

@@ -21,8 +21,8 @@ std::optional<std::vector<std::uint8_t>> ReadBytes(const std::filesystem::path& 
 /// Nothing where ReadBytes gives nothing.
 std::optional<std::string> ReadAttribute(const std::filesystem::path& path);
 
-/// The same for a path in plain text, which spares the taking apart of the path: for those who read attributes
-/// by the dozen.
+/// The same for a path in plain text, which spares the taking apart of the path: for those who read
+/// attributes by the dozen.
 std::optional<std::vector<std::uint8_t>> ReadBytes(const char* path, std::size_t limit);
 std::optional<std::string> ReadAttribute(const char* path);
 

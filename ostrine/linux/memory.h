@@ -13,8 +13,8 @@ namespace ostrine {
 MemoryModules ReadMemoryModulesBelow(const std::filesystem::path& root);
 
 /// The modules among the device manager's properties of the firmware's tables, lines such as
-/// "E:MEMORY_DEVICE_0_LOCATOR=DIMM 0". Texts come without the blanks around them, and speeds past 65534 MT/s are
-/// not known there. Nothing where the properties tell of no slot.
+/// "E:MEMORY_DEVICE_0_LOCATOR=DIMM 0". Texts come without the blanks around them, and speeds past 65534 MT/s
+/// are not known there. Nothing where the properties tell of no slot.
 MemoryModules ParseMemoryProperties(std::string_view text);
 
 }  // namespace ostrine

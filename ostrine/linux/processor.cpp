@@ -40,7 +40,8 @@ std::optional<std::string> ArmImplementer(std::string_view number) {
       {"0x6d", "Microsoft"},
       {"0x70", "Phytium"},
   }};
-  const auto* const found = std::ranges::find(kNames, number, &std::pair<std::string_view, std::string_view>::first);
+  const auto* const found =
+      std::ranges::find(kNames, number, &std::pair<std::string_view, std::string_view>::first);
   return found == kNames.end() ? std::nullopt : std::optional<std::string>(found->second);
 }
 
@@ -76,7 +77,9 @@ std::optional<std::uint32_t> LinuxProcessor::MaximumClock() const {
   return HighestClock("/cpufreq/cpuinfo_max_freq");
 }
 
-std::optional<std::uint32_t> LinuxProcessor::NominalClock() const { return HighestListedClock(AsText(Info())); }
+std::optional<std::uint32_t> LinuxProcessor::NominalClock() const {
+  return HighestListedClock(AsText(Info()));
+}
 
 std::optional<std::uint32_t> LinuxProcessor::Cores() const {
   const auto processors = Online();
@@ -141,7 +144,8 @@ std::optional<std::uint32_t> LinuxProcessor::HighestClock(const char* file) cons
 }
 
 bool QueryProcessor(void* /*device*/, unsigned int information_id, Answer& answer) {
-  return AnswerProcessor(CpuidInstruction(), LinuxProcessor(""), LoadHistoryOfProcess(), information_id, answer);
+  return AnswerProcessor(CpuidInstruction(), LinuxProcessor(""), LoadHistoryOfProcess(), information_id,
+                         answer);
 }
 
 }  // namespace ostrine

@@ -1,5 +1,5 @@
-#include "ostrine/common/firmware.h"
 #include "ostrine/common/memory.h"
+#include "ostrine/common/firmware.h"
 
 namespace ostrine {
 

@@ -15,8 +15,8 @@ namespace {
 
 constexpr const char* kProcessorKey = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 
-/// Text that the system wrote down about the first processor when it started, in the narrow code page, without
-/// the blanks around it.
+/// Text that the system wrote down about the first processor when it started, in the narrow code page,
+/// without the blanks around it.
 std::optional<std::string> RegistryText(const char* value) {
   std::array<char, 256> buffer{};
   DWORD size = buffer.size();
@@ -37,8 +37,8 @@ std::optional<std::uint32_t> RegistryClock() {
   return status == ERROR_SUCCESS && clock != 0 ? std::optional<std::uint32_t>(clock) : std::nullopt;
 }
 
-/// What CallNtPowerInformation fills for each logical processor; the system's documentation has it, its headers
-/// do not.
+/// What CallNtPowerInformation fills for each logical processor; the system's documentation has it, its
+/// headers do not.
 struct PowerInformation {
   ULONG number = 0;
   ULONG maximum_clock = 0;
@@ -57,7 +57,8 @@ std::optional<std::uint32_t> HighestClock(ULONG PowerInformation::* clock) {
   if (count == 0 || CallNtPowerInformation(ProcessorInformation, nullptr, 0, processors.data(), size) != 0)
     return std::nullopt;
   std::uint32_t highest = 0;
-  for (const PowerInformation& processor : processors) highest = std::max(highest, std::uint32_t{processor.*clock});
+  for (const PowerInformation& processor : processors)
+    highest = std::max(highest, std::uint32_t{processor.*clock});
   return highest == 0 ? std::nullopt : std::optional(highest);
 }
 
@@ -68,8 +69,9 @@ std::vector<std::byte> ReadTopology(LOGICAL_PROCESSOR_RELATIONSHIP relation) {
   DWORD size = 0;
   std::vector<std::byte> records;
   for (int i = 0; i < kTries; ++i) {
-    auto* const place =
-        records.empty() ? nullptr : reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(records.data());
+    auto* const place = records.empty()
+                            ? nullptr
+                            : reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(records.data());
     if (GetLogicalProcessorInformationEx(relation, place, &size)) {
       records.resize(std::min<std::size_t>(size, records.size()));
       return records;
@@ -135,7 +137,8 @@ std::optional<ProcessorTime> WindowsProcessor::Time() const {
 std::optional<FirmwareTable> WindowsProcessor::Firmware() const { return ReadFirmwareTable(); }
 
 bool QueryProcessor(void* /*device*/, unsigned int information_id, Answer& answer) {
-  return AnswerProcessor(CpuidInstruction(), WindowsProcessor(), LoadHistoryOfProcess(), information_id, answer);
+  return AnswerProcessor(CpuidInstruction(), WindowsProcessor(), LoadHistoryOfProcess(), information_id,
+                         answer);
 }
 
 }  // namespace ostrine

@@ -26,15 +26,16 @@ constexpr std::size_t kRelationAt = offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATIO
 constexpr std::size_t kSizeAt = offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX, Size);
 constexpr std::size_t kBodyAt = offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX, Processor);
 
-/// Calls `take` with the body of every record of `relation`, until it returns false. Returns whether every record
-/// was whole and `take` content.
+/// Calls `take` with the body of every record of `relation`, until it returns false. Returns whether every
+/// record was whole and `take` content.
 template <typename Take>
 bool ForEach(Records records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const Take& take) {
   while (!records.empty()) {
     const auto found = At<DWORD>(records, kRelationAt);
     const auto size = At<DWORD>(records, kSizeAt);
     if (!found || !size || *size < kBodyAt || *size > records.size()) return false;
-    if (*found == static_cast<DWORD>(relation) && !take(records.subspan(kBodyAt, *size - kBodyAt))) return false;
+    if (*found == static_cast<DWORD>(relation) && !take(records.subspan(kBodyAt, *size - kBodyAt)))
+      return false;
     records = records.subspan(*size);
   }
   return true;

@@ -17,7 +17,8 @@ struct ProcessorCounts {
   std::uint32_t threads = 0;  ///< logical processors, in all processor groups
 };
 
-/// The cores among `records` and their logical processors; nothing when there are none or a record is not whole.
+/// The cores among `records` and their logical processors; nothing when there are none or a record is not
+/// whole.
 std::optional<ProcessorCounts> CountProcessors(std::span<const std::byte> records);
 
 /// The caches of `level` among `records`; nothing at all when a record is not whole.

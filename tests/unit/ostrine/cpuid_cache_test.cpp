@@ -13,17 +13,17 @@
 namespace ostrine {
 namespace {
 
+using test::RecordedCpuid;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using test::RecordedCpuid;
 
 /// A cache in a line, such as "L1 data 48 KiB, 12-way Set-Associative, shared by 2".
 std::string Describe(const CpuidCache& seen) {
   constexpr std::array kKinds{"data", "instruction", "unified"};
   std::ostringstream line;
   line << 'L' << seen.cache.level << ' ' << kKinds.at(static_cast<std::size_t>(seen.cache.kind)) << ' '
-       << seen.cache.size / 1024 << " KiB, " << AssociativityText(seen.cache.ways).value_or("?") << ", shared by "
-       << seen.sharing;
+       << seen.cache.size / 1024 << " KiB, " << AssociativityText(seen.cache.ways).value_or("?")
+       << ", shared by " << seen.sharing;
   return line.str();
 }
 
@@ -34,10 +34,11 @@ std::vector<std::string> Describe(const CpuidSource& cpuid) {
 }
 
 TEST(CpuidCache, ReadsLeaf4OfTheCoreThatIsAsked) {
-  EXPECT_THAT(Describe(test::HybridIntel()), ElementsAre("L1 data 48 KiB, 12-way Set-Associative, shared by 2",
-                                                         "L1 instruction 32 KiB, 8-way Set-Associative, shared by 2",
-                                                         "L2 unified 1280 KiB, 10-way Set-Associative, shared by 8",
-                                                         "L3 unified 18432 KiB, 12-way Set-Associative, shared by 128"));
+  EXPECT_THAT(Describe(test::HybridIntel()),
+              ElementsAre("L1 data 48 KiB, 12-way Set-Associative, shared by 2",
+                          "L1 instruction 32 KiB, 8-way Set-Associative, shared by 2",
+                          "L2 unified 1280 KiB, 10-way Set-Associative, shared by 8",
+                          "L3 unified 18432 KiB, 12-way Set-Associative, shared by 128"));
   EXPECT_THAT(Describe(test::HybridIntelOnSlowCore()),
               ElementsAre("L1 data 32 KiB, 8-way Set-Associative, shared by 1",
                           "L1 instruction 64 KiB, 8-way Set-Associative, shared by 1",
@@ -46,22 +47,25 @@ TEST(CpuidCache, ReadsLeaf4OfTheCoreThatIsAsked) {
 }
 
 TEST(CpuidCache, ReadsAmdsOwnLeafWhereLeaf4IsEmpty) {
-  EXPECT_THAT(Describe(test::ZenAmd()), ElementsAre("L1 data 32 KiB, 8-way Set-Associative, shared by 2",
-                                                    "L1 instruction 32 KiB, 8-way Set-Associative, shared by 2",
-                                                    "L2 unified 512 KiB, 8-way Set-Associative, shared by 2",
-                                                    "L3 unified 16384 KiB, 16-way Set-Associative, shared by 16"));
+  EXPECT_THAT(Describe(test::ZenAmd()),
+              ElementsAre("L1 data 32 KiB, 8-way Set-Associative, shared by 2",
+                          "L1 instruction 32 KiB, 8-way Set-Associative, shared by 2",
+                          "L2 unified 512 KiB, 8-way Set-Associative, shared by 2",
+                          "L3 unified 16384 KiB, 16-way Set-Associative, shared by 16"));
 }
 
 TEST(CpuidCache, ReadsTheOlderLeavesOfOlderAmd) {
-  EXPECT_THAT(Describe(test::OldAmd()), ElementsAre("L1 data 64 KiB, 2-way Set-Associative, shared by 1",
-                                                    "L1 instruction 64 KiB, 2-way Set-Associative, shared by 1",
-                                                    "L2 unified 512 KiB, 16-way Set-Associative, shared by 1"));
+  EXPECT_THAT(Describe(test::OldAmd()),
+              ElementsAre("L1 data 64 KiB, 2-way Set-Associative, shared by 1",
+                          "L1 instruction 64 KiB, 2-way Set-Associative, shared by 1",
+                          "L2 unified 512 KiB, 16-way Set-Associative, shared by 1"));
 }
 
 TEST(CpuidCache, DecodesEveryCodeOfWaysInTheOlderLeaves) {
-  const std::vector<std::string> by_code{"?",     "Direct Mapped",         "2-way", "3-way",  "4-way",  "6-way",
-                                         "8-way", "?",                     "16-way", "?",     "32-way", "48-way",
-                                         "64-way", "96-way",               "128-way", "Fully Associative"};
+  const std::vector<std::string> by_code{
+      "?",       "Direct Mapped",    "2-way", "3-way",  "4-way",  "6-way",  "8-way",
+      "?",       "16-way",           "?",     "32-way", "48-way", "64-way", "96-way",
+      "128-way", "Fully Associative"};
   for (std::uint32_t code = 0; code < by_code.size(); ++code) {
     SCOPED_TRACE(code);
     const auto cpuid = test::OldAmd().With({0x80000006, 0, {0, 0, 0, 12u << 18 | code << 12 | 0x140}});
@@ -80,7 +84,9 @@ TEST(CpuidCache, DecodesEveryCodeOfWaysInTheOlderLeaves) {
 
 TEST(CpuidCache, HasNothingFromDescriptorsAlone) { EXPECT_THAT(Describe(test::AncientIntel()), IsEmpty()); }
 
-TEST(CpuidCache, HasNothingFromAProcessorWithoutTheInstruction) { EXPECT_THAT(Describe(NoCpuid()), IsEmpty()); }
+TEST(CpuidCache, HasNothingFromAProcessorWithoutTheInstruction) {
+  EXPECT_THAT(Describe(NoCpuid()), IsEmpty());
+}
 
 TEST(CpuidCache, KnowsAFullyAssociativeCache) {
   const auto cpuid = test::PlainIntel().With({4, 0, {0x1C004321, 0x3FC0003F, 0x00000000, 0}});

@@ -20,8 +20,8 @@ struct RecordedLeaf {
   CpuidRegisters registers;
 };
 
-/// Answers as Intel's processors do: a leaf past the last basic one gets the registers of the last basic one, any
-/// other leaf that was not recorded gets zeros.
+/// Answers as Intel's processors do: a leaf past the last basic one gets the registers of the last basic one,
+/// any other leaf that was not recorded gets zeros.
 class RecordedCpuid final : public CpuidSource {
  public:
   explicit RecordedCpuid(std::vector<RecordedLeaf> leaves) : leaves_(std::move(leaves)) {}
@@ -116,8 +116,8 @@ inline RecordedCpuid PlainIntel() {
       "11th Gen Intel(R) Core(TM) i7-1165G7 @ 2.80GHz"));
 }
 
-/// Zen 3 laptop with eight cores: leaf 4 is empty, leaf 0x8000001D stands in its place, and the basic leaves end
-/// before that of the clocks.
+/// Zen 3 laptop with eight cores: leaf 4 is empty, leaf 0x8000001D stands in its place, and the basic leaves
+/// end before that of the clocks.
 inline RecordedCpuid ZenAmd() {
   return RecordedCpuid(WithName(
       {

@@ -46,7 +46,8 @@ TEST(MemoryModule, HasTheFirmwaresTextsWithPlaceholdersAndPadding) {
 TEST(MemoryModule, HasEmptyTextsWhereTheFirmwareHasNone) {
   const auto modules = Read({{.locator = "", .manufacturer = "", .serial_number = "", .part_number = ""}});
   ASSERT_EQ(modules.size(), 1u);
-  EXPECT_EQ(modules[0].locator + modules[0].manufacturer + modules[0].serial_number + modules[0].part_number, "");
+  EXPECT_EQ(modules[0].locator + modules[0].manufacturer + modules[0].serial_number + modules[0].part_number,
+            "");
 }
 
 TEST(MemoryModule, ExistsForPopulatedSlotsOnlyInTheFirmwaresOrder) {

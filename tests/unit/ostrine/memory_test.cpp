@@ -175,7 +175,8 @@ TEST(Memory, IsAnsweredThroughTheExportedFunctionsAsOnThisMachine) {
     EXPECT_EQ(count, modules ? modules->size() : 0u);
     for (std::size_t number = 0; number < count; ++number) {
       std::array<char, 260> text{};
-      EXPECT_NE(HalQueryInformation(kMemoryClass, Entry(table, number), 1, text.data(), text.size(), nullptr), 0);
+      EXPECT_NE(HalQueryInformation(kMemoryClass, Entry(table, number), 1, text.data(), text.size(), nullptr),
+                0);
       EXPECT_EQ(text.data(), (*modules)[number].locator);
     }
   }

@@ -95,7 +95,9 @@ TEST(ProcessorLoad, StaysWithinItsRangeForManyThreadsAtOnce) {
   EXPECT_EQ(bad, 0);
 }
 
-TEST(ProcessorLoad, IsOneHistoryForTheProcess) { EXPECT_EQ(&LoadHistoryOfProcess(), &LoadHistoryOfProcess()); }
+TEST(ProcessorLoad, IsOneHistoryForTheProcess) {
+  EXPECT_EQ(&LoadHistoryOfProcess(), &LoadHistoryOfProcess());
+}
 
 }  // namespace
 }  // namespace ostrine

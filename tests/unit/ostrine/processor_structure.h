@@ -21,7 +21,8 @@ struct ProcessorStructure {
   std::size_t length = 0x30;
 };
 
-inline void AppendProcessor(ByteVector& table, const ProcessorStructure& processor, std::uint16_t handle = 4) {
+inline void AppendProcessor(ByteVector& table, const ProcessorStructure& processor,
+                            std::uint16_t handle = 4) {
   ByteVector body(0x30 - 4);
   const auto put = [&](std::size_t offset, std::size_t width, std::uint64_t value) {
     PutNumber(body, offset - 4, width, value);

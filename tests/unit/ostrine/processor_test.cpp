@@ -65,7 +65,9 @@ Number AskNumber(const CpuidSource& cpuid, const ProcessorSystem& system, Proces
   Answer answer(buffer.data(), buffer.size(), &returned);
   if (!AnswerProcessor(cpuid, system, history, static_cast<unsigned int>(fact), answer)) return std::nullopt;
   EXPECT_EQ(returned, 4u);
-  return buffer[0] | buffer[1] << 8 | buffer[2] << 16 | static_cast<std::uint32_t>(buffer[3]) << 24;
+  std::uint32_t number = 0;
+  for (std::size_t i = buffer.size(); i-- > 0;) number = number << 8 | buffer.at(i);
+  return number;
 }
 
 Text AskText(const CpuidSource& cpuid, const ProcessorSystem& system, ProcessorFact fact,

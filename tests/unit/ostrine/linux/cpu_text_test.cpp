@@ -31,8 +31,10 @@ TEST(CpuText, ReadsListsOfProcessors) {
 }
 
 TEST(CpuText, RefusesListsThatAreNone) {
-  for (const char* bad : {"", ",", "0,", ",0", "0,,1", "-", "0-", "-1", "1-0", "0-1-2", "0 1", "0-1\n", "a", "1,0", "0,0",
-                          "0-3,2", "8192", "0-8192", "0-4294967295", "0-18446744073709551615"}) {
+  for (const char* bad : {"",      ",",     "0,",     ",0",           "0,,1",
+                          "-",     "0-",    "-1",     "1-0",          "0-1-2",
+                          "0 1",   "0-1\n", "a",      "1,0",          "0,0",
+                          "0-3,2", "8192",  "0-8192", "0-4294967295", "0-18446744073709551615"}) {
     EXPECT_EQ(ParseProcessorList(bad), std::nullopt) << bad;
   }
 }
@@ -64,7 +66,8 @@ TEST(CpuText, ReadsCacheSizesInKibibytes) {
 }
 
 constexpr const char* kInfo =
-    "processor\t: 0\nvendor_id\t: GenuineIntel\nmodel name\t: Intel(R) Core(TM)2 Duo CPU     T7300  @ 2.00GHz\n"
+    "processor\t: 0\nvendor_id\t: GenuineIntel\nmodel name\t: Intel(R) Core(TM)2 Duo CPU     T7300  @ "
+    "2.00GHz\n"
     "cpu MHz\t\t: 800.000\nempty\t\t:\npower management:\n\n"
     "processor\t: 1\nvendor_id\t: other\ncpu MHz\t\t: 1999.500\n\n";
 
@@ -83,7 +86,8 @@ TEST(CpuText, FindsTheHighestClockRounded) {
   EXPECT_EQ(HighestListedClock("cpu MHz : 2299.998\n"), 2300u);
   EXPECT_EQ(HighestListedClock("cpu MHz : 2299.4\n"), 2299u);
   EXPECT_EQ(HighestListedClock("cpu MHz : 2299"), 2299u);
-  for (const char* bad : {"", "cpu MHz : 0.000", "cpu MHz : fast", "cpu MHz : -1.0", "cpu MHz : 4294967295.9", "MHz : 5"}) {
+  for (const char* bad :
+       {"", "cpu MHz : 0.000", "cpu MHz : fast", "cpu MHz : -1.0", "cpu MHz : 4294967295.9", "MHz : 5"}) {
     EXPECT_EQ(HighestListedClock(bad), std::nullopt) << bad;
   }
 }
@@ -104,8 +108,9 @@ TEST(CpuText, ReadsTheFourColumnsOfVeryOldKernels) {
 }
 
 TEST(CpuText, RefusesTimesThatAreNone) {
-  for (const char* bad : {"", "\n", "cpu", "cpu \n", "cpu 1 2 3\n", "cpu0 1 2 3 4\n", "cpux 1 2 3 4\n", "cpu 1 2 x 4\n",
-                          "cpu 1 2 -3 4\n", "intr 1 2 3 4\ncpu 1 2 3 4\n", "cpu 1 2 3 18446744073709551615\n"}) {
+  for (const char* bad :
+       {"", "\n", "cpu", "cpu \n", "cpu 1 2 3\n", "cpu0 1 2 3 4\n", "cpux 1 2 3 4\n", "cpu 1 2 x 4\n",
+        "cpu 1 2 -3 4\n", "intr 1 2 3 4\ncpu 1 2 3 4\n", "cpu 1 2 3 18446744073709551615\n"}) {
     EXPECT_FALSE(ParseProcessorTime(bad)) << bad;
   }
 }

@@ -44,8 +44,8 @@ std::optional<std::vector<Block>> Describe(const ByteVector& table, int type) {
   dump.insert(dump.end(), table.begin(), table.end());
   const test::FakeRoot root;
   root.Write("dump", dump);
-  const auto output = test::OutputOf("PATH=$PATH:/usr/sbin dmidecode --from-dump " + (root.Path() / "dump").string() +
-                                     " -t " + std::to_string(type));
+  const auto output = test::OutputOf("PATH=$PATH:/usr/sbin dmidecode --from-dump " +
+                                     (root.Path() / "dump").string() + " -t " + std::to_string(type));
   if (!output) return std::nullopt;
 
   std::vector<Block> blocks;
@@ -128,7 +128,8 @@ TEST(MemoryDmidecode, ReadsTheSameFromRandomModules) {
     if (random() % 4 == 0) device.size = 0x7FFF;
     device.extended_size = static_cast<std::uint32_t>(1024 * (1 + random() % 1024));
     device.speed = static_cast<std::uint16_t>(random() % 3 == 0 ? 0xFFFF : random());
-    device.configured_speed = static_cast<std::uint16_t>(random() % 3 == 0 ? 0xFFFF : random() % 2 * random());
+    device.configured_speed =
+        static_cast<std::uint16_t>(random() % 3 == 0 ? 0xFFFF : random() % 2 * random());
     device.extended_speed = static_cast<std::uint32_t>(random() & 0x7FFFFFFF);
     device.extended_configured_speed = static_cast<std::uint32_t>(random() & 0x7FFFFFFF);
     device.part_number = "part " + std::to_string(random()) + std::string(random() % 4, ' ');

@@ -41,7 +41,8 @@ constexpr const char* kProperties =
 
 void WriteTables(const FakeRoot& root) {
   const auto table = test::MemoryTable({{.size = 0}, {.locator = "of the table"}});
-  root.Write("sys/firmware/dmi/tables/smbios_entry_point", test::EntryPoint64(static_cast<std::uint32_t>(table.size())));
+  root.Write("sys/firmware/dmi/tables/smbios_entry_point",
+             test::EntryPoint64(static_cast<std::uint32_t>(table.size())));
   root.Write("sys/firmware/dmi/tables/DMI", table);
 }
 
@@ -92,9 +93,10 @@ TEST(MemoryLinux, FindsEveryPopulatedSlotAmongTheProperties) {
 TEST(MemoryLinux, KnowsNothingFromPropertiesWithoutSlots) {
   EXPECT_FALSE(ParseMemoryProperties(""));
   EXPECT_FALSE(ParseMemoryProperties("I:1\nE:ID_VENDOR=LENOVO\nE:MEMORY_ARRAY_NUM_DEVICES=4\n"));
-  for (const char* bad : {"E:MEMORY_DEVICE_", "E:MEMORY_DEVICE_=1", "E:MEMORY_DEVICE_0=1", "E:MEMORY_DEVICE_x_SIZE=1",
-                          "E:MEMORY_DEVICE_-1_SIZE=1", "E:MEMORY_DEVICE_65535_SIZE=1", "E:MEMORY_DEVICE_0_SIZE",
-                          "E:MEMORY_DEVICE_0=A_B", "MEMORY_DEVICE_0_SIZE=1"}) {
+  for (const char* bad :
+       {"E:MEMORY_DEVICE_", "E:MEMORY_DEVICE_=1", "E:MEMORY_DEVICE_0=1", "E:MEMORY_DEVICE_x_SIZE=1",
+        "E:MEMORY_DEVICE_-1_SIZE=1", "E:MEMORY_DEVICE_65535_SIZE=1", "E:MEMORY_DEVICE_0_SIZE",
+        "E:MEMORY_DEVICE_0=A_B", "MEMORY_DEVICE_0_SIZE=1"}) {
     EXPECT_FALSE(ParseMemoryProperties(bad)) << bad;
   }
 }

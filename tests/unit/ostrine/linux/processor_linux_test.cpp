@@ -144,7 +144,8 @@ TEST(ProcessorLinux, ReadsNameAndVendorOfTheKernelsList) {
 
 TEST(ProcessorLinux, NamesAnArmProcessorsDesigner) {
   const FakeRoot root;
-  root.Write("proc/cpuinfo", "processor\t: 0\nBogoMIPS\t: 38.40\nCPU implementer\t: 0x51\nCPU part\t: 0x001\n\n");
+  root.Write("proc/cpuinfo",
+             "processor\t: 0\nBogoMIPS\t: 38.40\nCPU implementer\t: 0x51\nCPU part\t: 0x001\n\n");
   EXPECT_EQ(LinuxProcessor(root.Path()).Vendor(), "Qualcomm");
   EXPECT_EQ(LinuxProcessor(root.Path()).Name(), std::nullopt);
   root.Write("proc/cpuinfo", "CPU implementer\t: 0xff\nHardware\t: Qualcomm Technologies, Inc SC7180\n");
@@ -165,7 +166,8 @@ TEST(ProcessorLinux, ReadsTheFirmwaresTable) {
   const FakeRoot root;
   test::ByteVector table;
   test::AppendProcessor(table, {.external_clock = 133});
-  root.Write("sys/firmware/dmi/tables/smbios_entry_point", test::EntryPoint64(static_cast<std::uint32_t>(table.size())));
+  root.Write("sys/firmware/dmi/tables/smbios_entry_point",
+             test::EntryPoint64(static_cast<std::uint32_t>(table.size())));
   root.Write("sys/firmware/dmi/tables/DMI", table);
   const auto firmware = LinuxProcessor(root.Path()).Firmware();
   ASSERT_TRUE(firmware);

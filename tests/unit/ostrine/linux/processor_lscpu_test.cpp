@@ -43,7 +43,8 @@ std::map<std::string, std::string> Facts() {
   for (const std::string& line : Lines(test::OutputOf("lscpu").value_or(""))) {
     const std::size_t end = line.find(':');
     const std::size_t start = line.find_first_not_of(' ', end + 1);
-    if (end != std::string::npos && start != std::string::npos) facts.emplace(line.substr(0, end), line.substr(start));
+    if (end != std::string::npos && start != std::string::npos)
+      facts.emplace(line.substr(0, end), line.substr(start));
   }
   return facts;
 }

@@ -31,7 +31,8 @@ inline std::string ListOf(const std::vector<int>& processors) {
 }
 
 /// Writes which processors are in use, and the cores that they belong to.
-inline void WriteCores(const FakeRoot& root, std::string_view online, const std::vector<std::vector<int>>& cores,
+inline void WriteCores(const FakeRoot& root, std::string_view online,
+                       const std::vector<std::vector<int>>& cores,
                        const std::string& file = "core_cpus_list") {
   root.Write("sys/devices/system/cpu/online", online);
   for (const auto& core : cores) {
@@ -56,7 +57,8 @@ inline void WriteCaches(const FakeRoot& root, const std::vector<TreeCache>& cach
   }
 }
 
-inline void WriteClocks(const FakeRoot& root, int processor, std::string_view current, std::string_view maximum) {
+inline void WriteClocks(const FakeRoot& root, int processor, std::string_view current,
+                        std::string_view maximum) {
   root.Write(FolderOf(processor) + "cpufreq/scaling_cur_freq", std::string(current) + '\n');
   root.Write(FolderOf(processor) + "cpufreq/cpuinfo_max_freq", std::string(maximum) + '\n');
 }
@@ -78,7 +80,8 @@ inline void WriteHybridLaptop(const FakeRoot& root) {
   caches.push_back({3, "Unified", "18432K", 12, 24576, {0, 1, 2, 3, 4, 5, 6, 7}});
   WriteCaches(root, caches);
   for (int processor = 0; processor < 8; ++processor) {
-    WriteClocks(root, processor, processor == 2 ? "4389120" : "400000", processor < 4 ? "4700000" : "3400000");
+    WriteClocks(root, processor, processor == 2 ? "4389120" : "400000",
+                processor < 4 ? "4700000" : "3400000");
   }
   root.Write("proc/stat", "cpu  1000 0 500 8000 500 0 0 0 0 0\n");
 }
@@ -92,7 +95,8 @@ inline void WriteOldLaptop(const FakeRoot& root) {
                      {1, "Instruction", "64K", 2, 512, {0, 1}},
                      {2, "Unified", "2048K", 16, 2048, {0, 1}}});
   root.Write("proc/cpuinfo",
-             "processor\t: 0\nvendor_id\t: AuthenticAMD\nmodel name\t: AMD A6-4400M APU with Radeon(tm) HD Graphics\n"
+             "processor\t: 0\nvendor_id\t: AuthenticAMD\nmodel name\t: AMD A6-4400M APU with Radeon(tm) HD "
+             "Graphics\n"
              "cpu MHz\t\t: 1400.000\n\nprocessor\t: 1\ncpu MHz\t\t: 2699.934\n\n");
 }
 
