@@ -4,6 +4,7 @@
 
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
+#include "ostrine/common/disk.h"
 #include "platform/ostrine/hal.h"
 
 // The contract's header says nothing about who exports; here the names are made visible, in a library whose
@@ -28,6 +29,11 @@ namespace {
 
 constexpr std::array kRows{
     ostrine::DeviceClass{.number = 4, .init = ostrine::NothingToPrepare, .query = ostrine::QueryBaseboard},
+    ostrine::DeviceClass{.number = 7,
+                         .init = ostrine::PrepareDisks,
+                         .query = ostrine::QueryDisk,
+                         .open = ostrine::OpenDisk,
+                         .close = ostrine::CloseDisk},
 };
 
 constexpr ostrine::DeviceClasses kClasses(kRows);
