@@ -20,12 +20,12 @@ enum BusType : std::uint32_t {
   kFileBacked = 15,
 };
 
-/// SCSI's peripheral types with a disc that is read by light.
+/// SCSI's peripheral types of drives for discs that are read by light. (Magneto-optical drives have one of
+/// their own, but their cartridges behave as removable disks.)
 bool IsOptical(std::uint8_t device_type) {
   constexpr std::uint8_t kWriteOnce = 4;
   constexpr std::uint8_t kCdRom = 5;
-  constexpr std::uint8_t kOpticalMemory = 7;
-  return device_type == kWriteOnce || device_type == kCdRom || device_type == kOpticalMemory;
+  return device_type == kWriteOnce || device_type == kCdRom;
 }
 
 std::string MediaType(const StorageDescriptor& disk) {
