@@ -5,6 +5,7 @@
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
 #include "ostrine/common/disk.h"
+#include "ostrine/common/video.h"
 #include "platform/ostrine/hal.h"
 
 // The contract's header says nothing about who exports; here the names are made visible, in a library whose
@@ -29,6 +30,7 @@ namespace {
 
 constexpr std::array kRows{
     ostrine::DeviceClass{.number = 4, .init = ostrine::NothingToPrepare, .query = ostrine::QueryBaseboard},
+    ostrine::DeviceClass{.number = 6, .init = ostrine::PrepareVideo, .query = ostrine::QueryVideo},
     ostrine::DeviceClass{.number = 7,
                          .init = ostrine::PrepareDisks,
                          .query = ostrine::QueryDisk,
