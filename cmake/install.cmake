@@ -27,5 +27,8 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/VelmoraConfigVersion.cmake 
 install(FILES ${CMAKE_BINARY_DIR}/VelmoraConfig.cmake ${CMAKE_BINARY_DIR}/VelmoraConfigVersion.cmake
         DESTINATION ${package_folder})
 
+# The tree can be moved, so the file tells where things are from where it stands itself.
+file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 configure_file(cmake/velmora.pc.in ${CMAKE_BINARY_DIR}/velmora.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/velmora.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

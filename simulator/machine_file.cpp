@@ -4,9 +4,11 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <type_traits>
+#include <variant>
 #include <vector>
 
 #include "simulator/json_lines.h"
@@ -106,6 +108,44 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path, 
   }
 }
 
+/// What hexadecimal digit a character is; -1 for one that is none.
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+void ReadPlain(const Source& source, const Json& json, const std::string& path, Bytes& bytes) {
+  std::string text;
+  ReadPlain(source, json, path, text);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == ' ') continue;
+    const int high = HexDigit(text[i]);
+    const int low = i + 1 < text.size() ? HexDigit(text[i + 1]) : -1;
+    if (high < 0 || low < 0) source.Fail(path, "must be pairs of hexadecimal digits");
+    bytes.data.push_back(static_cast<std::uint8_t>(high * 16 + low));
+    ++i;
+  }
+}
+
+void ReadPlain(const Source& source, const Json& json, const std::string& path, WmiValue& value) {
+  if (json.is_string()) {
+    value = json.get<std::string>();
+  } else {
+    Read(source, json, path, value.emplace<std::uint64_t>());
+  }
+}
+
+/// An object whose keys are names of the user's own.
+template <class Element>
+void ReadPlain(const Source& source, const Json& json, const std::string& path,
+               std::map<std::string, Element>& elements) {
+  if (!json.is_object()) source.Fail(path, "must be an object");
+  elements.clear();
+  for (const auto& [key, value] : json.items()) Read(source, value, path + "/" + key, elements[key]);
+}
+
 /// An optional value is given by being there; `null` says expressly that it is not.
 template <class Value>
 void ReadPlain(const Source& source, const Json& json, const std::string& path, std::optional<Value>& value) {
@@ -123,6 +163,12 @@ void Read(const Source& source, const Json& json, const std::string& path, Value
 
 template <class Value>
 Json Write(const Value& value);
+template <class Element>
+Json Write(const std::vector<Element>& list);
+template <class Element>
+Json Write(const std::map<std::string, Element>& elements);
+Json Write(const WmiValue& value);
+Json Write(const Bytes& bytes);
 
 /// Writes the fields of one object.
 class Writer {
@@ -161,6 +207,19 @@ Json Write(const std::vector<Element>& list) {
   for (const auto& element : list) json.push_back(Write(element));
   return json;
 }
+
+template <class Element>
+Json Write(const std::map<std::string, Element>& elements) {
+  Json json = Json::object();
+  for (const auto& [key, element] : elements) json[key] = Write(element);
+  return json;
+}
+
+Json Write(const WmiValue& value) {
+  return std::visit([](const auto& held) { return Json(held); }, value);
+}
+
+Json Write(const Bytes& bytes) { return Json(HexText(bytes)); }
 
 /// A machine from a file is whole: what the file does not name, the machine does not have.
 Machine Whole() { return EmptyMachine(); }

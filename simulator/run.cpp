@@ -21,6 +21,9 @@ ProblemHandler problem_handler = EndProgram;
 Session* current_session = nullptr;
 thread_local int inside_depth = 0;
 
+/// What the handle of lent memory stands for.
+struct LentMemory {};
+
 /// The machine file that the environment names; null when it names none.
 auto NamedMachineFile() {
 #ifdef _WIN32
@@ -57,12 +60,21 @@ Session& Session::Current() { return current_session != nullptr ? *current_sessi
 
 Fault Session::Enter(std::string_view function, std::string arguments) {
   const int number = static_cast<int>(calls.size());
+  if (before_call && number == before_call_number) before_call(machine);
   calls.push_back({std::string(function), std::move(arguments)});
   const bool is_hit =
       fault != Fault::kNone && (number == fault_at || (fault_is_forever && number > fault_at));
   if (!is_hit) return Fault::kNone;
   if (fault == Fault::kThrow) throw InjectedFault("call " + std::to_string(number) + " was made to throw");
   return fault;
+}
+
+Fault Session::EnterClosing(std::string_view function, std::string arguments) {
+  const Fault wanted = fault;
+  if (wanted == Fault::kThrow) fault = Fault::kFail;
+  const Fault result = Enter(function, std::move(arguments));
+  fault = wanted;
+  return result;
 }
 
 void Session::ReportUnscripted(std::string_view function, std::string_view what) {
@@ -79,6 +91,55 @@ void Session::CloseHandle(std::uint64_t handle, std::string_view function) {
   const InsideSimulator inside;
   if (open_handles.erase(handle) == 0)
     ReportProblem(std::string(function) + " closed a handle that is not open");
+}
+
+bool Session::Close(const void* handle, std::string_view closer) {
+  const auto found = opened_.find(NumberOf(handle));
+  if (found == opened_.end()) {
+    ReportBadHandle(closer);
+    return false;
+  }
+  if (found->second.closer != closer) {
+    ReportProblem(std::string(closer) + " was given a handle that " + found->second.closer + " closes");
+    return false;
+  }
+  opened_.erase(found);
+  CloseHandle(NumberOf(handle), closer);
+  return true;
+}
+
+bool Session::CloseNewest(std::string_view closer) {
+  for (auto entry = opened_.rbegin(); entry != opened_.rend(); ++entry) {
+    if (entry->second.closer != closer) continue;
+    return Close(reinterpret_cast<void*>(static_cast<std::uintptr_t>(entry->first)), closer);
+  }
+  ReportProblem(std::string(closer) + " was called, but nothing is open that it closes");
+  return false;
+}
+
+void* Session::Lend(std::string_view closer, std::size_t size) {
+  const std::shared_ptr<void> memory(std::calloc(1, size), std::free);
+  lent_.emplace(memory.get(), Lent{Open(closer, LentMemory{}), memory});
+  return memory.get();
+}
+
+void Session::TakeBack(void* memory, std::string_view closer) {
+  const auto found = lent_.find(memory);
+  if (found == lent_.end()) {
+    ReportProblem(std::string(closer) + " was given memory that is not lent");
+    return;
+  }
+  Close(found->second.handle, closer);
+  lent_.erase(found);
+}
+
+int Session::CountOpen(std::string_view closer) const {
+  return static_cast<int>(
+      std::ranges::count_if(opened_, [&](const auto& entry) { return entry.second.closer == closer; }));
+}
+
+void Session::ReportBadHandle(std::string_view function) {
+  ReportProblem(std::string(function) + " was given a handle that is not open");
 }
 
 Run::Run(Machine machine)
@@ -112,6 +173,11 @@ void Run::Inject(Fault fault, int number, bool forever) {
   session_->fault = fault;
   session_->fault_at = number;
   session_->fault_is_forever = forever;
+}
+
+void Run::BeforeCall(int number, std::function<void(Machine&)> change) {
+  session_->before_call = std::move(change);
+  session_->before_call_number = number;
 }
 
 void Run::OnQuery(QueryAnswer answer) { session_->query_answer = std::move(answer); }

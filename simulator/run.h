@@ -84,6 +84,9 @@ class Run {
   /// on.
   void Inject(Fault fault, int number, bool forever = false);
 
+  /// Has the machine changed just before call number `number`, counted as above: what happens meanwhile.
+  void BeforeCall(int number, std::function<void(Machine&)> change);
+
   /// Lets `answer` stand before the machine, for answers that no machine should give: a success value of 2, a
   /// buffer that is half written by a query that fails, a returned size of 4 GB. It may throw.
   void OnQuery(QueryAnswer answer);

@@ -66,7 +66,7 @@ def main(arguments):
     found = list(differences(actual, golden_file.read_text().splitlines()))
     if found:
         print("\n".join(found))
-        print(f"If that is meant: scripts/update-exports, and say why in the commit ({golden_file}).")
+        print(f"If that is meant: ninja -C build/PRESET update-exports, and say why in the commit ({golden_file}).")
     return 1 if found else 0
 
 

@@ -11,8 +11,8 @@ import subprocess
 import sys
 
 MUTABLE = re.compile(r"^\.(data|bss|tdata|tbss|tls)([.$].*)?$")
-# A pointer to the runtime's own function, which the compiler adds to every object that has exception tables.
-ALLOWED = re.compile(r"^\.data\.rel\.ro(\..*)?$|^\.data\.rel\.local\.DW\.ref\.__gxx_personality_v0$")
+# DW.ref: pointers of the exception tables, to the runtime's own function and to the types that are caught.
+ALLOWED = re.compile(r"^\.data\.rel\.ro(\..*)?$|^\.data\.rel\.local\.DW\.ref\.")
 
 
 def sections(listing):

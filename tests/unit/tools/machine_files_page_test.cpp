@@ -8,7 +8,7 @@
 #include <optional>
 #include <regex>
 
-#include "simulator/machine_fields.h"
+#include "simulator/machine.h"
 
 namespace {
 
