@@ -4,9 +4,9 @@
 
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
+#include "ostrine/common/disk.h"
 #include "ostrine/common/memory.h"
 #include "ostrine/common/processor.h"
-#include "ostrine/common/disk.h"
 #include "ostrine/common/video.h"
 #include "platform/ostrine/hal.h"
 
@@ -33,13 +33,13 @@ namespace {
 constexpr std::array kRows{
     ostrine::DeviceClass{.number = 0, .init = ostrine::NothingToPrepare, .query = ostrine::QueryProcessor},
     ostrine::DeviceClass{.number = 4, .init = ostrine::NothingToPrepare, .query = ostrine::QueryBaseboard},
-    ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
     ostrine::DeviceClass{.number = 6, .init = ostrine::PrepareVideo, .query = ostrine::QueryVideo},
     ostrine::DeviceClass{.number = 7,
                          .init = ostrine::PrepareDisks,
                          .query = ostrine::QueryDisk,
                          .open = ostrine::OpenDisk,
                          .close = ostrine::CloseDisk},
+    ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
 };
 
 constexpr ostrine::DeviceClasses kClasses(kRows);

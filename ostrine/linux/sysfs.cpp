@@ -23,15 +23,13 @@ std::optional<Number> Parse(std::string_view text, int base) {
 
 }  // namespace
 
-std::vector<std::string> EntryNames(const Path& folder) { return EntryNames(folder, {}); }
-
-std::vector<std::string> EntryNames(const Path& folder, std::string_view start) {
+std::vector<std::string> EntryNames(const Path& folder, std::string_view start, std::size_t limit) {
   std::vector<std::string> names;
   std::error_code error;
   std::size_t seen = 0;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    if (++seen > kEntryLimit) break;
+    if (++seen > limit) break;
     std::string name = entry->path().filename().string();
     if (name.starts_with(start)) names.push_back(std::move(name));
   }

@@ -2,6 +2,7 @@
 /// of the expected form is empty or nothing; no link is followed in a loop.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -13,14 +14,12 @@ namespace ostrine {
 
 using Path = std::filesystem::path;
 
-/// A folder with more entries is read no further.
+/// A folder with more entries is read no further: more than a machine has of anything, processes included.
 inline constexpr std::size_t kEntryLimit = 32768;
 
-/// Names in `folder`, without "." and "..", in natural order ("hci2" before "hci10").
-std::vector<std::string> EntryNames(const Path& folder);
-
-/// The same, of those that begin with `start`.
-std::vector<std::string> EntryNames(const Path& folder, std::string_view start);
+/// Names in `folder` that begin with `start`, without "." and "..", in natural order ("hci2" before "hci10").
+std::vector<std::string> EntryNames(const Path& folder, std::string_view start = {},
+                                    std::size_t limit = kEntryLimit);
 
 /// The attribute's text without control characters and without blanks at its ends.
 std::string CleanAttribute(const Path& path);
