@@ -1,7 +1,5 @@
 #include "platform/os/bluetooth_radio.h"
 
-#include <winsock2.h>
-
 #include <windows.h>
 
 #include <bluetoothapis.h>

@@ -10,12 +10,14 @@
 #include <vector>
 
 #include "platform/os/adapters.h"
+#include "platform/os/bluetooth_radio.h"
 #include "platform/os/clock.h"
 #include "platform/os/device_control.h"
 #include "platform/os/internet_settings.h"
 #include "platform/os/last_error.h"
 #include "platform/os/system_status.h"
 #include "platform/os/text_tests.h"
+#include "platform/os/wifi.h"
 
 namespace velmora::os {
 namespace {
@@ -121,6 +123,32 @@ TEST(DeviceControl, FailsOnADeviceThatDoesNotKnowTheRequest) {
   EXPECT_NE(LastError(), 0u);
   EXPECT_FALSE(DeviceIoControl(device, 0x002211FC, nullptr, 0, nullptr, 0, nullptr));
   EXPECT_TRUE(CloseHandle(device));
+}
+
+TEST(Wifi, OfThisSystemAnswersForReal) {
+  Handle client = nullptr;
+  std::uint32_t negotiated = 0;
+  const std::uint32_t opened = WlanOpenHandle(2, negotiated, client);
+  if (opened != 0) GTEST_SKIP() << "this machine has no Wi-Fi service: error " << opened;
+  WlanInterfaceList* list = nullptr;
+  EXPECT_EQ(WlanEnumInterfaces(client, list), 0u);
+  ASSERT_NE(list, nullptr);
+  EXPECT_LE(list->count, 64u);
+  WlanFreeMemory(list);
+  EXPECT_EQ(WlanCloseHandle(client), 0u);
+}
+
+TEST(Bluetooth, OfThisSystemAnswersForReal) {
+  Handle radio = nullptr;
+  SetLastError(0);
+  const Handle find = BluetoothFindFirstRadio({.size = 4}, radio);
+  if (find == nullptr) {
+    EXPECT_NE(LastError(), 0u);
+    EXPECT_EQ(radio, nullptr);
+  } else {
+    EXPECT_TRUE(CloseHandle(radio));
+    EXPECT_TRUE(BluetoothFindRadioClose(find));
+  }
 }
 
 }  // namespace
