@@ -25,7 +25,7 @@ struct ProxyInfo {
   const void* bypass;
 };
 
-/// The answer as it lies at `place`.
+/// The answer as it lies at `place`, or would where that is null.
 std::string AnswerFor(const simulator::Internet& internet, const char* place) {
   if (internet.proxy_answer) {
     return {internet.proxy_answer->data.begin(), internet.proxy_answer->data.end()};
@@ -33,7 +33,7 @@ std::string AnswerFor(const simulator::Internet& internet, const char* place) {
   const std::u16string name = unicode::Utf16FromUtf8(internet.proxy);
   const std::size_t name_size = (name.size() + 1) * sizeof(char16_t);
   ProxyInfo info{.access_type = internet.access_type};
-  if (!name.empty()) info.proxy = place + sizeof info;
+  if (!name.empty() && place != nullptr) info.proxy = place + sizeof info;
   std::string bytes(sizeof info + name_size, '\0');
   std::memcpy(bytes.data(), &info, sizeof info);
   std::memcpy(bytes.data() + sizeof info, name.c_str(), name_size);

@@ -132,8 +132,10 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path, 
 void ReadPlain(const Source& source, const Json& json, const std::string& path, WmiValue& value) {
   if (json.is_string()) {
     value = json.get<std::string>();
+  } else if (json.is_number_unsigned()) {
+    value = json.get<std::uint64_t>();
   } else {
-    Read(source, json, path, value.emplace<std::uint64_t>());
+    source.Fail(path, "must be a text or a whole number");
   }
 }
 
