@@ -1,5 +1,7 @@
 #!/usr/bin/python3
 """The gates themselves: each lets through what is right and finds what is wrong."""
+import importlib.machinery
+import importlib.util
 import subprocess
 import tempfile
 import unittest
@@ -10,6 +12,8 @@ import include_rules
 import link_flags
 import mutable_data
 import pe_programs
+
+COUNT_TESTS = str(Path(__file__).resolve().parents[2] / "scripts/count-tests")
 
 
 class Compiled(unittest.TestCase):
@@ -166,6 +170,40 @@ class IncludeRules(unittest.TestCase):
     def test_a_file_without_a_rule_is_found(self):
         self.assertEqual(len(self.found("src/new_folder/a.cpp")), 1)
         self.assertEqual(len(self.found("src/platform/macos/a.cpp")), 1)
+
+
+class CountTests(unittest.TestCase):
+    CASE = '<testcase classname="Text" name="IsCut" status="{}" result="{}">{}</testcase>'
+
+    def setUp(self):
+        loader = importlib.machinery.SourceFileLoader("count_tests", COUNT_TESTS)
+        self.module = importlib.util.module_from_spec(importlib.util.spec_from_loader("count_tests", loader))
+        loader.exec_module(self.module)
+
+    def results(self, *cases):
+        with tempfile.NamedTemporaryFile("w", suffix=".xml") as file:
+            file.write(f"<testsuites>{''.join(cases)}</testsuites>")
+            file.flush()
+            return self.module.single_results(file.name)
+
+    def test_a_test_that_ran_to_its_end_without_failure_has_passed(self):
+        self.assertEqual(self.results(self.CASE.format("run", "completed", "")), [("Text.IsCut", True)])
+
+    def test_failed_and_skipped_and_disabled_tests_have_not(self):
+        for how in (("run", "completed", "<failure/>"), ("run", "skipped", "<skipped/>"), ("notrun", "suppressed", "")):
+            with self.subTest(how):
+                self.assertEqual(self.results(self.CASE.format(*how)), [("Text.IsCut", False)])
+
+    def test_missing_and_broken_results_are_none(self):
+        self.assertIsNone(self.module.single_results("/nonexistent"))
+        self.assertIsNone(self.results("<"))
+
+    def test_a_program_that_fails_though_its_tests_pass_counts_as_one_failure_more(self):
+        judged = self.module.judge("tests", False, [("Text.IsCut", True)])
+        self.assertEqual([success for _, success in judged], [True, False])
+
+    def test_a_program_without_tests_has_failed(self):
+        self.assertEqual([success for _, success in self.module.judge("tests", True, [])], [False])
 
 
 if __name__ == "__main__":
