@@ -25,7 +25,7 @@ ANY_SYSTEM = r"<(?!iostream>|log4cxx/|nlohmann/).*>"
 PUBLIC = r'"velmora/\w+\.h"'
 CONTRACTS = r'"platform/(os|ostrine)/\w+\.h"'
 OSTRINE_CONTRACT = r'"platform/ostrine/\w+\.h"'
-UNICODE = r'"platform/unicode\.h"'
+TEXT = r'"platform/(unicode|case_folding|text_search)\.h"'  # pure, and shared with what is below the contracts
 PLATFORM = r'"platform/\w+\.h"'
 SUBSYSTEMS = "inventory|power|devices|bluetooth|system|network"
 DECISION = rf'"({SUBSYSTEMS})/\w+\.h"'
@@ -45,11 +45,12 @@ RULES = [
     (r"src/platform/logging\.cpp", [CONTRACTS, PLATFORM, LOGGING, LOG4CXX]),
     (r"src/platform/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM]),
     (rf"src/({SUBSYSTEMS})/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM, DECISION]),
-    (r"ostrine/common/\w+\.(h|cpp)", [OSTRINE_CONTRACT, UNICODE, r'"ostrine/common/\w+\.h"']),
+    (r"ostrine/common/cpuid_instruction\.cpp", [r"<cpuid\.h>", r'"ostrine/common/\w+\.h"']),
+    (r"ostrine/common/\w+\.(h|cpp)", [OSTRINE_CONTRACT, TEXT, r'"ostrine/common/\w+\.h"']),
     (r"ostrine/(windows|linux)/\w+\.(h|cpp)",
-     [ANY_SYSTEM, OSTRINE_CONTRACT, UNICODE, r'"ostrine/(common|{1})/\w+\.h"']),
+     [ANY_SYSTEM, OSTRINE_CONTRACT, TEXT, r'"ostrine/(common|{1})/\w+\.h"']),
     (r"simulator/(sections/)?\w+\.(h|cpp)",
-     [CONTRACTS, UNICODE, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>"]),
+     [CONTRACTS, TEXT, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>"]),
     (r"logging/\w+\.(h|cpp)", [LOGGING, LOG4CXX]),
     (r"tools/velmora-report/(windows|linux)/\w+\.(h|cpp)", [ANY_SYSTEM, REPORT]),
     (r"tools/velmora-report/\w+\.(h|cpp)", [HOST, REPORT, r"<nlohmann/json\.hpp>"]),

@@ -8,6 +8,7 @@ namespace {
 using velmora::hal::DeviceClass;
 
 constexpr auto kClass = DeviceClass::kBaseboard;
+constexpr auto kOpened = DeviceClass::kDisk;  // the one class whose devices are opened
 constexpr std::uint32_t kText = 0;
 
 /// What every byte of an endless answer makes of a number.
@@ -61,16 +62,16 @@ std::vector<Operation> FamilyOperations() {
       Operation("hal::Number", [] { return hal::Number(kClass, kText); })
           .MayFailWith(0)
           .MayBeSpoiledTo(static_cast<std::uint32_t>(kSpoiled)),
-      Operation("hal::WideTextOf", [] { return hal::WideTextOf(kClass, 1, kText); })
+      Operation("hal::WideTextOf", [] { return hal::WideTextOf(kOpened, 1, kText); })
           .MayFailWith(std::wstring())
           .MayBeSpoiledTo(std::wstring(259, static_cast<wchar_t>(0x4141))),
-      Operation("hal::LargeNumberOf", [] { return hal::LargeNumberOf(kClass, 1, kText); })
+      Operation("hal::LargeNumberOf", [] { return hal::LargeNumberOf(kOpened, 1, kText); })
           .MayFailWith(0)
           .MayBeSpoiledTo(kSpoiled),
       Operation("hal::QueryInto",
                 [] {
                   int value = 77;
-                  const int result = hal::QueryInto(kClass, 1, kText, value);
+                  const int result = hal::QueryInto(kOpened, 1, kText, value);
                   return std::tuple(result, value);
                 })
           .MayFailWith(std::tuple(0, 77))

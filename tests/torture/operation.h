@@ -79,5 +79,6 @@ class Operation {
 // The tables, one a subsystem.
 std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
+std::vector<Operation> InventoryOperations();
 
 }  // namespace torture

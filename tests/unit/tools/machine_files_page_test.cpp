@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <regex>
+#include <variant>
 
 #include "simulator/machine.h"
 
@@ -43,6 +44,16 @@ class KeyCollector {
   std::string Kind(const std::string& path, std::vector<Value>&) {
     Value value{};
     return "list of " + Kind(path, value);
+  }
+  std::string Kind(const std::string&, simulator::Bytes&) { return "bytes"; }
+  template <class... Values>
+  std::string Kind(const std::string&, std::variant<Values...>&) {
+    return "text or number";
+  }
+  template <class Value>
+  std::string Kind(const std::string& path, std::map<std::string, Value>&) {
+    Value value{};
+    return "map to " + Kind(path, value);
   }
   template <class Object>
     requires std::is_class_v<Object>
