@@ -97,14 +97,16 @@ class LinkFlags(unittest.TestCase):
 
     def test_a_library_with_the_flag_passes(self):
         ninja = self.LINKED.format("-Wl,-z,defs -Wl,--version-script=x")
-        self.assertEqual(link_flags.without_flag(ninja, ["libvelmora.so"]), [])
+        self.assertEqual(link_flags.without_flag(ninja, ["lib/libvelmora.so.0.1.0"]), [])
 
     def test_a_library_without_the_flag_is_found(self):
         ninja = self.LINKED.format("-Wl,--version-script=x")
-        self.assertEqual(link_flags.without_flag(ninja, ["libvelmora.so"]), ["libvelmora.so"])
+        self.assertEqual(link_flags.without_flag(ninja, ["lib/libvelmora.so.0.1.0"]),
+                         ["lib/libvelmora.so.0.1.0"])
 
     def test_a_library_that_is_not_linked_is_found(self):
-        self.assertEqual(link_flags.without_flag(self.LINKED.format("-Wl,-z,defs"), ["libother.so"]), ["libother.so"])
+        self.assertEqual(link_flags.without_flag(self.LINKED.format("-Wl,-z,defs"), ["lib/libother.so.0.1.0"]),
+                         ["lib/libother.so.0.1.0"])
 
 
 class PePrograms(Compiled):

@@ -11,20 +11,23 @@ import sys
 from pathlib import Path
 
 
-def without_flag(ninja, names):
-    """The names among `names` that have no link command with the flag. A name is a file's without version."""
+def without_flag(ninja, libraries):
+    """Those of the libraries, as paths from the build folder, that have no link command with the flag."""
     flagged = set()
     for statement in re.split(r"^build ", ninja, flags=re.MULTILINE)[1:]:
-        output, _, rest = statement.partition(":")
+        head, _, rest = statement.partition("\n")
+        outputs, _, rule = head.partition(":")
         flags = re.search(r"^  LINK_FLAGS = (.*)$", rest, re.MULTILINE)
-        if "SHARED_LIBRARY_LINKER" in rest.splitlines()[0] and flags and "-Wl,-z,defs" in flags[1].split():
-            flagged |= {name for name in names if f"{name}." in output or output.split()[0].endswith(name)}
-    return [name for name in names if name not in flagged]
+        if "SHARED_LIBRARY_LINKER" in rule and flags and "-Wl,-z,defs" in flags[1].split():
+            flagged |= set(outputs.split())
+    return [library for library in libraries if library not in flagged]
 
 
 def main(ninja_file, libraries):
-    found = [f"{name} is linked without -Wl,-z,defs"
-             for name in without_flag(Path(ninja_file).read_text(), [Path(library).name for library in libraries])]
+    build = Path(ninja_file).parent
+    found = [f"{library} is linked without -Wl,-z,defs"
+             for library in without_flag(Path(ninja_file).read_text(),
+                                         [str(Path(library).relative_to(build)) for library in libraries])]
     for library in libraries:
         loaded = subprocess.run(["ldd", "-r", library], capture_output=True, text=True, check=False)
         lines = (loaded.stdout + loaded.stderr).splitlines()
