@@ -105,6 +105,13 @@ bool NeedsNoDriver(const std::vector<std::string>& ids) noexcept {
                      [&](std::string_view start) { return StartsLike(ids, start); });
 }
 
+bool IsDrivenByPrograms(std::uint8_t base_class) noexcept {
+  constexpr std::uint8_t kStillImage = 0x06;
+  constexpr std::uint8_t kSmartCard = 0x0B;
+  constexpr std::uint8_t kApplicationSpecific = 0xFE;
+  return base_class == kStillImage || base_class == kSmartCard || base_class == kApplicationSpecific;
+}
+
 std::string_view PciClassName(std::uint32_t class_code) noexcept {
   const auto* const found =
       std::find_if(std::begin(kPciClasses), std::end(kPciClasses),

@@ -16,6 +16,10 @@ std::string_view FirmwareDeviceName(const std::vector<std::string>& ids) noexcep
 /// that the kernel itself serves (interrupt controller, timers, bus roots), or that only reserve addresses.
 bool NeedsNoDriver(const std::vector<std::string>& ids) noexcept;
 
+/// Whether USB functions of this base class are driven by programs, by design, and have no driver in the
+/// kernel: cameras and players that are browsed, smart-card readers, firmware updates.
+bool IsDrivenByPrograms(std::uint8_t base_class) noexcept;
+
 /// What a PCI function is, by its class code (0x028000: "Network controller").
 std::string_view PciClassName(std::uint32_t class_code) noexcept;
 

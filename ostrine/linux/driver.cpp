@@ -67,15 +67,35 @@ bool IsBridge(const Device& device) {
   return alias != nullptr && alias->base_class == kBridges;
 }
 
-bool WorksWithoutDriver(const Device& device) {
-  if (device.bus == Device::Bus::kBluetooth) return true;
-  if (device.bus == Device::Bus::kPci) return IsBridge(device);
-  if (device.bus != Device::Bus::kAcpi) return false;
+bool IsServedByPrograms(const Device& device) {
+  const Modalias parsed = ParseModalias(device.modalias);
+  const auto* alias = std::get_if<UsbAlias>(&parsed);
+  return alias != nullptr && alias->interface &&
+         IsDrivenByPrograms(alias->interface->interface_class.base_class);
+}
+
+bool IsPartOfBoard(const Device& device) {
   const AcpiStatus status = ReadAcpiStatus(device.node);
-  const bool must_be_served = status.is_stated && status.is_shown;
+  if (!status.is_stated || !status.is_shown) return true;
   const Modalias parsed = ParseModalias(device.modalias);
   const auto* alias = std::get_if<AcpiAlias>(&parsed);
-  return !must_be_served || (alias != nullptr && NeedsNoDriver(alias->ids));
+  return alias != nullptr && NeedsNoDriver(alias->ids);
+}
+
+bool WorksWithoutDriver(const Device& device) {
+  switch (device.bus) {
+    case Device::Bus::kPci:
+      return IsBridge(device);
+    case Device::Bus::kUsb:
+    case Device::Bus::kUsbPart:
+      return IsServedByPrograms(device);
+    case Device::Bus::kAcpi:
+      return IsPartOfBoard(device);
+    case Device::Bus::kBluetooth:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace

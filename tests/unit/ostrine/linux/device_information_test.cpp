@@ -160,6 +160,18 @@ TEST_F(LaptopDevices, WithoutADriverAreUnknownUnlessTheyNeedNone) {
                           L"USB\\VID_06CB&PID_00F9&REV_0000", L"ACPI\\XYZ0001"));
 }
 
+TEST_F(LaptopDevices, ThatProgramsDriveAreNotUnknown) {
+  const std::string place = "pci0000:00/0000:00:14.0/usb1/1-7";
+  const std::string start = "usb:v058Fp9540d0120dc00dsc00dp00";
+  machine_.Add("usb", place, {});
+  machine_.Bind("usb", place, "usb");
+  machine_.Add("usb", place + "/1-7:1.0",
+               {{"modalias", start + "icFFisc00ip00in00"}, {"bInterfaceNumber", "00"}});
+  EXPECT_THAT(information_.GetUnknownDeviceHardID(), Contains(HasSubstr(L"VID_058F")));
+  machine_.Write(place + "/1-7:1.0", {{"modalias", start + "ic0Bisc00ip00in00"}});
+  EXPECT_THAT(information_.GetUnknownDeviceHardID(), Not(Contains(HasSubstr(L"VID_058F"))));
+}
+
 TEST_F(LaptopDevices, ThatAreVirtualAreNotUnknown) {
   machine_.Add("hid", "virtual/misc/uhid/0005:046D:B023.0001",
                {{"modalias", "hid:b0005g0001v0000046Dp0000B023"}});
