@@ -2,10 +2,19 @@
 
 #include <objbase.h>
 
+#include <string_view>
+
 #include "ostrine/windows/wmi_error.h"
 
 namespace ostrine {
 namespace {
+
+/// Whether this is a namespace's name on this machine: WMI takes an empty one for its default namespace, and
+/// one that begins with a backslash for another machine's.
+bool IsLocalNamespace(std::wstring_view name) {
+  return !name.empty() && name.front() != L'\\' && name.back() != L'\\' && name.front() != L'/' &&
+         name.back() != L'/' && name.find(L'\0') == std::wstring_view::npos;
+}
 
 template <class Interface>
 HRESULT Received(HRESULT result, const ComPointer<Interface>& object) {
@@ -42,6 +51,7 @@ long Deadline::Left() const noexcept {
 
 HRESULT ConnectWmi(const std::wstring& name_space, ComPointer<IWbemLocator>& locator,
                    ComPointer<IWbemServices>& services) {
+  if (!IsLocalNamespace(name_space)) return Wmi(WBEM_E_INVALID_NAMESPACE);
   const ComText path(name_space);
   if (!path) return E_OUTOFMEMORY;
   HRESULT result = Received(CoCreateInstance(__uuidof(WbemLocator), nullptr, CLSCTX_INPROC_SERVER,

@@ -1,0 +1,20 @@
+/// What the made-up Bluetooth library saw and what it is to answer. The test finds it as the library's export
+/// "State".
+#pragma once
+
+#include <windows.h>
+
+#include <bluetoothapis.h>
+
+namespace fakes {
+
+struct BluetoothState {
+  bool has_radio = true;
+  int open_searches = 0;
+  DWORD radio_parameters_size = 0;
+  DWORD radio_info_size = 0;
+  BLUETOOTH_DEVICE_SEARCH_PARAMS search{};
+  DWORD device_info_size = 0;
+};
+
+}  // namespace fakes
