@@ -95,6 +95,19 @@ std::wstring Device::InstanceId() const {
   return got ? std::wstring(id) : std::wstring();
 }
 
+std::vector<std::uint8_t> Device::DriverValue(const wchar_t* name) const {
+  constexpr DWORD kRoom = 64;  // for numbers, which is what is asked for
+  SP_DEVINFO_DATA data = data_;
+  const HKEY key = SetupDiOpenDevRegKey(set_, &data, DICS_FLAG_GLOBAL, 0, DIREG_DRV, KEY_QUERY_VALUE);
+  if (key == INVALID_HANDLE_VALUE) return {};
+  std::vector<std::uint8_t> bytes(kRoom);
+  DWORD size = kRoom;
+  const LSTATUS status = RegQueryValueExW(key, name, nullptr, nullptr, bytes.data(), &size);
+  RegCloseKey(key);
+  bytes.resize(status == ERROR_SUCCESS && size <= kRoom ? size : 0);
+  return bytes;
+}
+
 std::wstring Device::FirstHardwareId() const {
   auto ids = Texts(SPDRP_HARDWAREID);
   return ids.empty() ? std::wstring() : std::move(ids.front());

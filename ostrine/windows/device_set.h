@@ -30,6 +30,12 @@ class Device {
   std::optional<FILETIME> Time(const DEVPROPKEY& key) const;
 
   std::wstring InstanceId() const;
+
+  /// The system's number for the device's node, the same as long as the device is there.
+  DWORD Node() const noexcept { return data_.DevInst; }
+
+  /// Bytes of a value of the driver's registry key, whatever its type; none when there is no such value.
+  std::vector<std::uint8_t> DriverValue(const wchar_t* name) const;
   std::wstring FirstHardwareId() const;
 
   /// The configuration manager's problem code: the device's own property where it has one, else what its node
