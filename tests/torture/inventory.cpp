@@ -28,7 +28,7 @@ Operation Count(const char* name, Number (Class::*getter)()) {
 Operation ModuleText(const char* name, int (CMemory::*getter)(std::wstring&, int)) {
   return Operation(name,
                    [getter] {
-                     std::tuple<int, std::wstring> result{77, L"from before"};
+                     std::tuple<int, std::wstring> result{77, L"old"};
                      std::get<0>(result) = (CMemory().*getter)(std::get<1>(result), 0);
                      return result;
                    })
