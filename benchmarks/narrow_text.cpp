@@ -21,7 +21,8 @@ std::wstring BareText() {
   char narrow[kTextSize] = {};
   wchar_t wide[kTextSize];
   unsigned int returned_size = 0;
-  if (HalQueryInformation(kBaseboard, nullptr, kInformationId, narrow, kTextSize, &returned_size) == 0) return {};
+  if (HalQueryInformation(kBaseboard, nullptr, kInformationId, narrow, kTextSize, &returned_size) == 0)
+    return {};
   const int length = velmora::os::MultiByteToWideChar(velmora::os::kNarrowCodePage, 0, narrow,
                                                       static_cast<int>(std::strlen(narrow)), wide, kTextSize);
   return {wide, static_cast<std::size_t>(length)};

@@ -212,6 +212,19 @@ class Arguments(Case):
         self.assertEqual(self.report("--version"), f"velmora-report {version}\n")
 
 
+class Installed(Case):
+    """The program from an installed tree that stands elsewhere than it was built."""
+
+    def test_it_reports_this_machine_and_machine_files(self):
+        machine = MACHINES / "laptop-healthy.json"
+        with tempfile.TemporaryDirectory() as folder:
+            install = ["cmake", "--install", str(PROGRAM.parents[1]), "--prefix", folder]
+            subprocess.run(install, check=True, capture_output=True, timeout=120)
+            program = pathlib.Path(folder) / "bin" / PROGRAM.name
+            self.assertEqual(self.report(program=program), self.report())
+            self.assertEqual(self.report("--machine", machine, program=program), self.report("--machine", machine))
+
+
 class OnLinux(Case):
     """What only the Linux program can be asked."""
 

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -32,9 +33,8 @@ int RunOnMachine(const std::string& program, const std::string& machine,
   const auto file = std::filesystem::read_symlink("/proc/self/exe").parent_path() / program;
   std::vector<std::string> texts{file.string()};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
-  std::vector<char*> pointers;
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
+  std::vector<char*> pointers(texts.size() + 1, nullptr);
+  std::ranges::transform(texts, pointers.begin(), [](std::string& text) { return text.data(); });
   if (setenv("VELMORA_MACHINE", machine.c_str(), 1) == 0) execv(file.c_str(), pointers.data());
   throw std::system_error(errno, std::generic_category(), "cannot run " + file.string());
 }

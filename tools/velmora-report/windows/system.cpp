@@ -29,9 +29,10 @@ class Handle {
 }
 
 std::wstring ToWide(std::string_view utf8) {
-  const int size = static_cast<int>(utf8.size());
-  std::wstring wide(utf8.size(), L'\0');
-  const int units = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), size);
+  const std::string text(utf8);
+  const int size = static_cast<int>(text.size());
+  std::wstring wide(text.size(), L'\0');
+  const int units = MultiByteToWideChar(CP_UTF8, 0, text.c_str(), size, wide.data(), size);
   wide.resize(static_cast<std::size_t>(units));
   return wide;
 }
@@ -43,7 +44,7 @@ bool WriteToConsole(HANDLE console, std::string_view utf8) {
   for (std::size_t at = 0; at < text.size();) {
     const auto size = static_cast<DWORD>(std::min(kChunk, text.size() - at));
     DWORD written = 0;
-    if (!WriteConsoleW(console, text.data() + at, size, &written, nullptr) || written == 0) return false;
+    if (WriteConsoleW(console, &text[at], size, &written, nullptr) == FALSE || written == 0) return false;
     at += written;
   }
   return true;
@@ -51,12 +52,11 @@ bool WriteToConsole(HANDLE console, std::string_view utf8) {
 
 bool WriteAll(HANDLE file, std::string_view bytes) {
   DWORD mode = 0;
-  if (GetConsoleMode(file, &mode)) return WriteToConsole(file, bytes);
+  if (GetConsoleMode(file, &mode) != FALSE) return WriteToConsole(file, bytes);
   while (!bytes.empty()) {
     DWORD written = 0;
-    if (!WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) || written == 0) {
-      return false;
-    }
+    const auto size = static_cast<DWORD>(bytes.size());
+    if (WriteFile(file, bytes.data(), size, &written, nullptr) == FALSE || written == 0) return false;
     bytes.remove_prefix(written);
   }
   return true;
@@ -81,8 +81,8 @@ PROCESS_INFORMATION Start(const std::wstring& file, std::wstring command_line) {
   startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION process{};
-  if (!CreateProcessW(file.c_str(), command_line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                      &startup, &process)) {
+  if (CreateProcessW(file.c_str(), command_line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                     &process) == FALSE) {
     Fail("cannot run the program for simulated machines");
   }
   return process;
@@ -98,15 +98,16 @@ int RunOnMachine(const std::string& program, const std::string& machine,
   const std::wstring file = (OwnFolder() / program).lexically_normal().wstring();
   std::vector<std::wstring> all{file};
   std::ranges::transform(arguments, std::back_inserter(all), ToWide);
-  if (!SetEnvironmentVariableW(L"VELMORA_MACHINE", ToWide(machine).c_str()))
+  if (SetEnvironmentVariableW(L"VELMORA_MACHINE", ToWide(machine).c_str()) == FALSE) {
     Fail("cannot name the machine file");
+  }
 
   const PROCESS_INFORMATION started = Start(file, CommandLine(all));
   const Handle process(started.hProcess);
   const Handle thread(started.hThread);
   DWORD status = 0;
   if (WaitForSingleObject(process.Get(), INFINITE) != WAIT_OBJECT_0 ||
-      !GetExitCodeProcess(process.Get(), &status)) {
+      GetExitCodeProcess(process.Get(), &status) == FALSE) {
     Fail("cannot tell how the program for simulated machines ended");
   }
   return static_cast<int>(status);
