@@ -70,7 +70,7 @@ CpuidClocks ReadCpuidClocks(const CpuidSource& source) {
 }
 
 bool IsHybrid(const CpuidSource& source) {
-  constexpr std::uint32_t kHybrid = 1u << 15;
+  constexpr std::uint32_t kHybrid = 1U << 15;
   const auto features = ReadLeaf(source, 7);
   return features && (features->edx & kHybrid) != 0;
 }

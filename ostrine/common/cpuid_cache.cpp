@@ -8,7 +8,7 @@ namespace {
 
 /// The bits `low` to `high` of `number`, both included.
 constexpr std::uint32_t Bits(std::uint32_t number, unsigned int high, unsigned int low) {
-  return number >> low & ((1u << (high - low + 1)) - 1);
+  return number >> low & ((1U << (high - low + 1)) - 1);
 }
 
 /// The caches of a leaf that describes one with each subleaf, in the form that leaves 4 and 0x8000001D share.
@@ -74,14 +74,14 @@ std::vector<CpuidCache> ReadOlderAmdLeaves(const CpuidSource& source) {
     add(2, CacheKind::kUnified, Bits(others->ecx, 31, 16) * kKibibyte, WaysOfCode(Bits(others->ecx, 15, 12)),
         1);
     add(3, CacheKind::kUnified, Bits(others->edx, 31, 18) * kThirdLevelUnit,
-        WaysOfCode(Bits(others->edx, 15, 12)), std::max(in_package, 1u));
+        WaysOfCode(Bits(others->edx, 15, 12)), std::max(in_package, 1U));
   }
   return caches;
 }
 
 /// Whether leaf 0x8000001D is there to be asked.
 bool HasTopologyExtensions(const CpuidSource& source) {
-  constexpr std::uint32_t kTopologyExtensions = 1u << 22;
+  constexpr std::uint32_t kTopologyExtensions = 1U << 22;
   const auto features = ReadLeaf(source, 0x80000001);
   return features && (features->ecx & kTopologyExtensions) != 0;
 }

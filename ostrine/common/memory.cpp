@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 #include "platform/ostrine/device_record.h"
 
@@ -66,8 +65,8 @@ bool QueryMemory(void* device, unsigned int information_id, Answer& answer) {
 }
 
 bool MakeMemoryTable(const MemoryModules& modules, void** table) {
-  if (!modules || table == nullptr || modules->size() > std::numeric_limits<std::uint16_t>::max())
-    return false;
+  constexpr std::size_t kMostModules = 0xFFFF;  // the firmware tells structures apart by sixteen bits
+  if (!modules || table == nullptr || modules->size() > kMostModules) return false;
   const auto count = static_cast<std::uint32_t>(modules->size());
   auto* const bytes = static_cast<std::uint8_t*>(std::malloc(kTableHeadSize + kMemoryEntrySize * count));
   if (bytes == nullptr) return false;

@@ -22,7 +22,7 @@ enum class ProcessorFact : unsigned int {
   kCurrentClock = 5,      ///< in MHz, of the fastest logical processor at the moment
   kExternalClock = 6,     ///< in MHz
   kMaximumClock = 7,      ///< in MHz, of the fastest logical processor
-  kCores = 8,             ///< physical cores of all kinds and sockets that have a processor in use
+  kCores = 8,             ///< physical cores of all kinds and packages with a thread in use
   kThreads = 9,           ///< logical processors in use
   kL1Size = 10,           ///< KiB of all caches of the level together, instructions included
   kL2Size = 11,           ///< "

@@ -29,8 +29,8 @@ std::optional<std::string> Text(const smbios::Structure& structure, std::size_t 
 }
 
 std::optional<std::uint32_t> Clock(const smbios::Structure& structure, std::size_t offset) {
-  const auto clock = structure.U16(offset);
-  return clock.value_or(0) == 0 ? std::nullopt : std::optional<std::uint32_t>(*clock);
+  const std::uint32_t clock = structure.U16(offset).value_or(0);
+  return clock == 0 ? std::nullopt : std::optional(clock);
 }
 
 }  // namespace

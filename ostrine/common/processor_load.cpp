@@ -1,10 +1,17 @@
 #include "ostrine/common/processor_load.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <new>
 
 namespace ostrine {
+namespace {
+
+// There before any code runs, so that no thread can meet it half made, and gone with the library.
+constinit LoadHistory history_of_process;
+
+}  // namespace
 
 std::optional<std::uint32_t> LoadPercent(const ProcessorTime& from, const ProcessorTime& to) {
   if (to.total <= from.total) return std::nullopt;
@@ -12,7 +19,7 @@ std::optional<std::uint32_t> LoadPercent(const ProcessorTime& from, const Proces
   const std::uint64_t total = to.total - from.total;
   const std::uint64_t busy = to.busy <= from.busy ? 0 : std::min(to.busy - from.busy, total);
   const double percent = 100.0 * static_cast<double>(busy) / static_cast<double>(total);
-  return static_cast<std::uint32_t>(percent + 0.5);
+  return static_cast<std::uint32_t>(std::lround(percent));
 }
 
 LoadHistory::~LoadHistory() { delete last_.exchange(nullptr); }
@@ -32,10 +39,6 @@ std::optional<std::uint32_t> LoadHistory::Ask(const ProcessorTime& now) {
   return last_answer == kNoAnswer ? LoadPercent({}, now) : std::optional(last_answer);
 }
 
-LoadHistory& LoadHistoryOfProcess() {
-  // Made before any code runs, and gone with the library.
-  static constinit LoadHistory history;
-  return history;
-}
+LoadHistory& LoadHistoryOfProcess() { return history_of_process; }
 
 }  // namespace ostrine

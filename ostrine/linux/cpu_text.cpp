@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstddef>
 #include <limits>
+#include <memory>
 
 namespace ostrine {
 namespace {
@@ -49,8 +50,9 @@ std::optional<std::uint32_t> ParseClock(std::string_view text) {
 
 std::optional<std::uint64_t> ParseNumber(std::string_view text) {
   std::uint64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  const char* const start = std::to_address(text.begin());
+  const char* const end = start + text.size();
+  const auto [stop, error] = std::from_chars(start, end, number);
   return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 

@@ -13,7 +13,7 @@
 namespace ostrine {
 namespace {
 
-constexpr const char* kProcessorKey = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
+constexpr const char* kProcessorKey = R"(HARDWARE\DESCRIPTION\System\CentralProcessor\0)";
 
 /// Text that the system wrote down about the first processor when it started, in the narrow code page,
 /// without the blanks around it.
@@ -72,7 +72,7 @@ std::vector<std::byte> ReadTopology(LOGICAL_PROCESSOR_RELATIONSHIP relation) {
     auto* const place = records.empty()
                             ? nullptr
                             : reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(records.data());
-    if (GetLogicalProcessorInformationEx(relation, place, &size)) {
+    if (GetLogicalProcessorInformationEx(relation, place, &size) != 0) {
       records.resize(std::min<std::size_t>(size, records.size()));
       return records;
     }
@@ -93,7 +93,7 @@ std::uint64_t AsNumber(const FILETIME& time) {
 bool WindowsProcessor::IsArm() const {
   USHORT process = IMAGE_FILE_MACHINE_UNKNOWN;
   USHORT native = IMAGE_FILE_MACHINE_UNKNOWN;
-  if (!IsWow64Process2(GetCurrentProcess(), &process, &native)) return false;
+  if (IsWow64Process2(GetCurrentProcess(), &process, &native) == 0) return false;
   return native == IMAGE_FILE_MACHINE_ARM64 || native == IMAGE_FILE_MACHINE_ARMNT;
 }
 
@@ -128,7 +128,7 @@ std::optional<ProcessorTime> WindowsProcessor::Time() const {
   FILETIME idle{};
   FILETIME kernel{};
   FILETIME user{};
-  if (!GetSystemTimes(&idle, &kernel, &user)) return std::nullopt;
+  if (GetSystemTimes(&idle, &kernel, &user) == 0) return std::nullopt;
   // The kernel's time includes the idle time.
   const std::uint64_t total = AsNumber(kernel) + AsNumber(user);
   return ProcessorTime{.busy = total - std::min(AsNumber(idle), total), .total = total};

@@ -91,7 +91,7 @@ bool AddCache(Records body, unsigned int level, std::vector<FoundCache>& caches)
   caches.push_back({.cache = {.level = level,
                               .kind = *kind,
                               .size = record->CacheSize,
-                              .ways = {.count = full ? 0u : record->Associativity, .full = full}},
+                              .ways = {.count = full ? 0U : record->Associativity, .full = full}},
                     .first_processor = FirstProcessor(record->GroupMask)});
   return true;
 }
