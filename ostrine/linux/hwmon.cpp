@@ -32,8 +32,11 @@ bool StandsBefore(const Chip& left, const Chip& right) {
   const auto right_rank = Rank(right.name);
   if (left_rank != right_rank) return left_rank < right_rank;
   if (left.name != right.name) return left.name < right.name;
-  // Without the last component, which is the kernel's passing number.
-  return ComesBefore(left.folder.parent_path().string(), right.folder.parent_path().string());
+  // Without the last component, which is the kernel's passing number, if anything else tells them apart.
+  const std::string left_place = left.folder.parent_path().string();
+  const std::string right_place = right.folder.parent_path().string();
+  return left_place != right_place ? ComesBefore(left_place, right_place)
+                                   : ComesBefore(left.folder.string(), right.folder.string());
 }
 
 std::vector<Chip> ListChips(const Path& root) {
@@ -47,7 +50,7 @@ std::vector<Chip> ListChips(const Path& root) {
     // To ask a disk for its temperature can keep it from going to rest, or wake it.
     if (name != "drivetemp") chips.push_back({std::move(folder), std::move(name)});
   }
-  std::stable_sort(chips.begin(), chips.end(), StandsBefore);
+  std::sort(chips.begin(), chips.end(), StandsBefore);
   return chips;
 }
 
