@@ -2,3 +2,7 @@
 #pragma once
 
 #include "velmora/baseboard.h"
+#include "velmora/cpu.h"
+#include "velmora/disk.h"
+#include "velmora/memory.h"
+#include "velmora/vediocard.h"

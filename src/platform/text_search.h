@@ -15,7 +15,8 @@ const char* FindIgnoringCase(const char* text, const char* part) noexcept;
 /// smaller or greater on the left.
 int CompareIgnoringCase(const wchar_t* left, const wchar_t* right) noexcept;
 
-/// The extension of `path`: from the last point of its last element, point included; its end if there is none.
+/// The extension of `path`: from the last point of its last element, point included; its end if there is
+/// none.
 const wchar_t* FindExtension(const wchar_t* path) noexcept;
 
 }  // namespace velmora

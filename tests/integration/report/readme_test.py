@@ -34,11 +34,12 @@ class Readme(unittest.TestCase):
             done = subprocess.run([host], env=environment, capture_output=True, text=True, check=True)
         self.assertEqual(done.stdout, "20XW004AGE, BIOS N32ET75W (1.51 )\n")
 
-    def test_its_report_is_the_programs(self):
+    def test_its_report_is_the_beginning_of_the_programs(self):
         text = (REPOSITORY / "README.md").read_text()
         (shown,) = re.findall(r"    \$ scripts/report --machine machines/(.*)\.json\n((?:    .*\n)+)", text)
         expected = (REPOSITORY / "tests/integration/report/expected" / shown[0]).with_suffix(".txt").read_text()
-        self.assertEqual(re.sub(r"^    ", "", shown[1], flags=re.MULTILINE), expected)
+        beginning = re.sub(r"^    ", "", shown[1], flags=re.MULTILINE)
+        self.assertEqual(beginning, expected[: len(beginning)])
 
 
 if __name__ == "__main__":

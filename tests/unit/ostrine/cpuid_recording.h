@@ -1,4 +1,5 @@
-/// Recorded answers of processors that the machine at hand does not have.
+/// What processors that the machine at hand does not have answer, written down from their published
+/// encodings; the one captured from a running machine says so.
 #pragma once
 
 #include <algorithm>

@@ -347,7 +347,8 @@ TEST(HalQuery, GivesEmptyTextWhicheverAllocationFails) {
   ExpectAllOrNothing(WithEachAllocationFailing([] { return NarrowBytes(kClass, 1, nullptr); }), narrow);
   run.OnQuery(GivesUnits(std::u16string(narrow.begin(), narrow.end())));
   ExpectAllOrNothing(WithEachAllocationFailing([] { return WideText(kClass, 1, nullptr); }), wide);
-  ExpectAllOrNothing(WithEachAllocationFailing([] { return hal::WideTextOf(DeviceClass::kDisk, 0, 1); }), wide);
+  ExpectAllOrNothing(WithEachAllocationFailing([] { return hal::WideTextOf(DeviceClass::kDisk, 0, 1); }),
+                     wide);
 }
 
 TEST(HalQuery, AllocatesOnceForLongNarrowTextAndNeverForShort) {
