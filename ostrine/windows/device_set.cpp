@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "ostrine/windows/multi_text.h"
+#include "ostrine/common/multi_text.h"
 #include "ostrine/windows/property_keys.h"
 
 namespace ostrine {

@@ -3,18 +3,13 @@
 
 #include <windows.h>
 
-#include <random>
-
 #include "ostrine/windows/device_rules.h"
-#include "ostrine/windows/multi_text.h"
 #include "ostrine/windows/thermal_zone.h"
 #include "platform/ostrine/stringproc.h"
 
 namespace ostrine {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Optional;
 
 TEST(ThermalZone, IsInTenthsOfAKelvin) {
@@ -26,27 +21,6 @@ TEST(ThermalZone, IsInTenthsOfAKelvin) {
 TEST(ThermalZone, RefusesWhatALaptopCannotHave) {
   for (const std::uint32_t reading : {0u, 1u, 2331u, 2731u, 2732u, 3982u, 65535u, 0xFFFFFFFFu}) {
     EXPECT_EQ(ThermalZoneTemperature(reading), std::nullopt) << reading;
-  }
-}
-
-TEST(MultiText, EndsAtAnEmptyTextOrItsOwnEnd) {
-  EXPECT_THAT(SplitMultiText(std::wstring_view(L"a\0bc\0\0d\0\0", 9)), ElementsAre(L"a", L"bc"));
-  EXPECT_THAT(SplitMultiText(std::wstring_view(L"a\0bc", 4)), ElementsAre(L"a", L"bc"));
-  EXPECT_THAT(SplitMultiText(std::wstring_view(L"a\0bc\0", 5)), ElementsAre(L"a", L"bc"));
-  EXPECT_THAT(SplitMultiText(std::wstring_view(L"\0a\0", 3)), IsEmpty());
-  EXPECT_THAT(SplitMultiText(L""), IsEmpty());
-}
-
-TEST(MultiText, GivesBackWhateverTextsWereJoined) {
-  std::mt19937 random(7);
-  for (int i = 0; i < 2000; ++i) {
-    std::vector<std::wstring> texts(random() % 5);
-    std::wstring list;
-    for (auto& text : texts) {
-      text.assign(1 + random() % 4, static_cast<wchar_t>(1 + random() % 0xFFFF));
-      list += text + L'\0';
-    }
-    EXPECT_EQ(SplitMultiText(list + L'\0'), texts);
   }
 }
 

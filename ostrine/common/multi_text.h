@@ -1,4 +1,4 @@
-/// Lists of texts as the registry stores them. Pure.
+/// Lists of texts as Windows stores them. Pure.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "ostrine/windows/multi_text.h"
+#include "ostrine/common/multi_text.h"
 
 namespace ostrine {
 
