@@ -79,6 +79,7 @@ int HalInit(unsigned int device_class, void** table) {
   const Entered call("HalInit", device_class, static_cast<const void*>(table));
   if (table != nullptr && *table != nullptr) {
     simulator::ReportProblem("HalInit was given a table pointer that is not null");
+    return 0;
   }
   if (call.Fails()) return 0;
   if (table == nullptr || call.fault == Fault::kEmpty) return 1;
