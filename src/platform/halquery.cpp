@@ -171,6 +171,24 @@ std::uint32_t Number(DeviceClass device_class, std::uint32_t information_id, voi
   return number;
 }
 
+std::uint32_t ProcessorKind() noexcept {
+  constexpr std::uint32_t kKind = 19;
+  Prepare(DeviceClass::kProcessor);
+  return Number(DeviceClass::kProcessor, kKind);
+}
+
+int QueryBytes(DeviceClass device_class, std::uint32_t information_id, std::span<std::byte> buffer) noexcept {
+  return Answer(0, [=] { return Query(device_class, information_id, nullptr, buffer); });
+}
+
+int SetBytes(DeviceClass device_class, std::uint32_t information_id, std::span<std::byte> buffer) noexcept {
+  return Answer(0, [=] {
+    unsigned int returned_size = 0;
+    return HalSetInformation(Raw(device_class), nullptr, information_id, buffer.data(),
+                             static_cast<unsigned int>(buffer.size()), &returned_size);
+  });
+}
+
 std::wstring WideTextOf(DeviceClass device_class, std::uint32_t number,
                         std::uint32_t information_id) noexcept {
   return Answer(std::wstring(), [&]() -> std::wstring {

@@ -5,8 +5,11 @@
 /// not believed; every buffer is bounded, also one that comes back without a zero. Nothing here throws.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
+#include <type_traits>
 
 #include "platform/ostrine/device_record.h"
 
@@ -48,6 +51,29 @@ bool ReadNumber(DeviceClass device_class, std::uint32_t information_id, void* de
 
 /// A 4-byte number as a value; 0 when the query fails.
 std::uint32_t Number(DeviceClass device_class, std::uint32_t information_id, void* device = nullptr) noexcept;
+
+/// The kind of processor, as CCpu::GetCputype gives it, for rules that change with it. Prepares the
+/// processor's class itself, so that it works before any CCpu exists; 0 when the query fails.
+std::uint32_t ProcessorKind() noexcept;
+
+/// What QueryResult and SetResult stand on.
+int QueryBytes(DeviceClass device_class, std::uint32_t information_id, std::span<std::byte> buffer) noexcept;
+int SetBytes(DeviceClass device_class, std::uint32_t information_id, std::span<std::byte> buffer) noexcept;
+
+/// Lets a query of the class fill `object` as it stands, a trivial one that is not zeroed first, and returns
+/// the query's own result.
+template <class Object>
+  requires std::is_trivially_copyable_v<Object>
+int QueryResult(DeviceClass device_class, std::uint32_t information_id, Object& object) noexcept {
+  return QueryBytes(device_class, information_id, std::as_writable_bytes(std::span(&object, 1)));
+}
+
+/// Hands the bytes of `object` over as `information_id` of the class and returns the call's own result.
+template <class Object>
+  requires std::is_trivially_copyable_v<Object>
+int SetResult(DeviceClass device_class, std::uint32_t information_id, Object& object) noexcept {
+  return SetBytes(device_class, information_id, std::as_writable_bytes(std::span(&object, 1)));
+}
 
 // Questions to one numbered device: it is opened, asked and closed again, whether the question succeeded or
 // not. A device that does not open is not closed; the answer is then the failure value.
