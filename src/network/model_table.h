@@ -1,16 +1,17 @@
-/// The maker's machine models. The library carries them for the maker's own programs; no operation of it reads
-/// any, and none opens the model list.
+/// The maker's machine models. The library carries them for the maker; no operation of it reads any of them, and
+/// none opens the model list.
 ///
-/// The names of the models are product data. The option VELMORA_MODEL_NAMES names a file with them when the build
-/// is configured (docs/model-names.md); its constants then stand in "network/model_names.h". Everything here is
-/// constant before the library's first instruction runs.
+/// The models' names are product data, which a build is given by the option VELMORA_MODEL_NAMES
+/// (docs/model-names.md); their constants then stand in "network/model_names.h". All of it is constant before the
+/// library's first instruction runs and is never changed.
 #pragma once
 
 namespace velmora::models {
 
-/// Where the model list lies, relative to the maker's folder.
-inline constexpr char kListPath[] = "\\config\\MachineTypeList.xml";
+/// Where the model list lies below the maker's folder.
+extern const char kListPath[];
 
-inline constexpr wchar_t kTwo[] = L"2";
+/// The wide text that belongs to the table.
+extern const wchar_t kTextTwo[];
 
 }  // namespace velmora::models

@@ -194,8 +194,13 @@ std::wstring CNetworkCard::GetInstanceIDByHardId(const std::wstring& hardware_id
   return Text(kInstanceId, hardware_id, "CNetworkCard::GetInstanceIDByHardId");
 }
 
-std::wstring CNetworkCard::GetWireLessVenderByMachine() { return L"VEN_8086"; }
-std::wstring CNetworkCard::GetWiredVenderByMachine() { return L"VEN_10EC"; }
+std::wstring CNetworkCard::GetWireLessVenderByMachine() {
+  return Answer(std::wstring(), [] { return std::wstring(L"VEN_8086"); });
+}
+
+std::wstring CNetworkCard::GetWiredVenderByMachine() {
+  return Answer(std::wstring(), [] { return std::wstring(L"VEN_10EC"); });
+}
 
 std::wstring CNetworkCard::GetManufactrue(NETWORK_CARD_TYPE type) {
   LogDebug([](auto& line) { line << "start" << Within("CNetworkCard::GetManufactrue"); });
