@@ -6,4 +6,5 @@
 #include "velmora/devicekind.h"
 #include "velmora/disk.h"
 #include "velmora/memory.h"
+#include "velmora/networkcard.h"
 #include "velmora/vediocard.h"
