@@ -17,7 +17,8 @@ namespace {
 std::wstring AskForCard(const std::string& interface, const std::wstring& property) {
   const std::wstring guid = unicode::WideFromUtf8(GuidText(InterfaceGuid(interface)));
   CWMI wmi(L"ROOT\\CIMV2");
-  return wmi.SelectStr(L"SELECT " + property + L" FROM Win32_NetworkAdapter WHERE GUID='" + guid + L"'", property);
+  return wmi.SelectStr(L"SELECT " + property + L" FROM Win32_NetworkAdapter WHERE GUID='" + guid + L"'",
+                       property);
 }
 
 std::string Labelled(std::string_view what, std::string_view label) {

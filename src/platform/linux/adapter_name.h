@@ -8,8 +8,8 @@
 
 namespace velmora::os {
 
-/// The description of an interface: for a card the name by which the hardware-abstraction library knows it, so
-/// that a card that was found there is found again among the adapters. For what the library does not know:
+/// The description of an interface: for a card the name by which the hardware-abstraction library knows it,
+/// so that a card that was found there is found again among the adapters. For what the library does not know:
 ///
 ///     Network Adapter (brcmfmac)      a card, with its driver
 ///     Virtual Adapter (bridge)        one that the kernel has made, or another interface of a card

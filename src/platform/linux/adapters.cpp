@@ -110,7 +110,9 @@ class Reader {
 template <std::size_t Size>
 void PutText(const std::string& text, char (&field)[Size]) {
   std::size_t size = std::min(text.size(), Size - 1);
-  const auto is_inside = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
+  const auto is_inside = [&](std::size_t at) {
+    return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+  };
   while (size > 0 && size < text.size() && is_inside(size)) --size;
   std::copy_n(text.data(), size, field);
 }

@@ -32,8 +32,8 @@ struct Adapter {
 /// GetAdaptersInfo of `root` and of what `netlink` tells.
 ///
 /// Listed are all cards, and of the interfaces that the kernel makes those that are up with an IPv4 address,
-/// but for the loopback. An adapter whose link is down has no address, however it is set up. Where there is no
-/// address or gateway the list has one entry, 0.0.0.0.
+/// but for the loopback. An adapter whose link is down has no address, however it is set up. Where there is
+/// no address or gateway the list has one entry, 0.0.0.0.
 ///
 /// The type is that of the hardware: 6, 71 or 243, also for a bridge, bond or VLAN on top of it. Tunnels are
 /// of type 131 (dialled ones 23), whatever else stands on no hardware of type 53.

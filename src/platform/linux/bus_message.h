@@ -11,13 +11,14 @@
 
 namespace velmora::os {
 
-/// Reads the variant that follows into `value` when it is of the type with that letter; one of another type is
-/// skipped.
+/// Reads the variant that follows into `value` when it is of the type with that letter; one of another type
+/// is skipped.
 template <class Value>
 bool ReadBusVariant(sd_bus_message* message, char type, Value& value) {
   char kind = 0;
   const char* contents = nullptr;
-  if (sd_bus_message_peek_type(message, &kind, &contents) <= 0 || kind != 'v' || contents == nullptr) return false;
+  if (sd_bus_message_peek_type(message, &kind, &contents) <= 0 || kind != 'v' || contents == nullptr)
+    return false;
   if (std::string_view(contents) != std::string_view(&type, 1)) return sd_bus_message_skip(message, "v") >= 0;
   return sd_bus_message_enter_container(message, 'v', contents) >= 0 &&
          sd_bus_message_read_basic(message, type, &value) >= 0 && sd_bus_message_exit_container(message) >= 0;

@@ -9,7 +9,8 @@
 namespace velmora::os {
 namespace {
 
-constexpr GUID kUnknownInterface{0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+constexpr GUID kUnknownInterface{
+    0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 constexpr GUID kNetworkListClass{
     0xDCB00C01, 0x570F, 0x4A9B, {0x8D, 0x69, 0x19, 0x9F, 0xDB, 0xA5, 0x72, 0x3B}};
 constexpr GUID kNetworkListInterface{
@@ -41,7 +42,8 @@ bool FirewallPolicyObject::Has(const GUID& interface_id) const noexcept {
 ComResult MakeObject(const std::filesystem::path& root, const GUID& class_id, const GUID& interface_id,
                      ComObject& object) {
   object = nullptr;
-  if (class_id == kNetworkListClass) return Offer(std::make_unique<NetworkListObject>(root), interface_id, object);
+  if (class_id == kNetworkListClass)
+    return Offer(std::make_unique<NetworkListObject>(root), interface_id, object);
   if (class_id == kFirewallPolicyClass) {
     return Offer(std::make_unique<FirewallPolicyObject>(root), interface_id, object);
   }

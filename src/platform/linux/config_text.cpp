@@ -12,8 +12,8 @@ std::string_view Trimmed(std::string_view text) noexcept {
 }
 
 std::string_view Unquoted(std::string_view text) noexcept {
-  const bool is_quoted = text.size() >= 2 && text.front() == text.back() &&
-                         (text.front() == '"' || text.front() == '\'');
+  const bool is_quoted =
+      text.size() >= 2 && text.front() == text.back() && (text.front() == '"' || text.front() == '\'');
   return is_quoted ? text.substr(1, text.size() - 2) : text;
 }
 

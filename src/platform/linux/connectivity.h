@@ -16,8 +16,8 @@ struct Connectivity {
 };
 
 /// By the kernel's routes and addresses. A default route over a link that is up leads everywhere, as far as
-/// routes can tell. A network alone is reached over a link on hardware with an address that reaches beyond it:
-/// the bridge of a machine's own virtual machines is none.
+/// routes can tell. A network alone is reached over a link on hardware with an address that reaches beyond
+/// it: the bridge of a machine's own virtual machines is none.
 Connectivity ConnectivityOf(const std::filesystem::path& root, const NetworkState& state);
 
 /// The same with what NetworkManager knows: it sees a captive portal, and connections that have no route yet.

@@ -14,7 +14,8 @@ namespace {
 using Path = std::filesystem::path;
 
 /// What systemd-networkd says; nothing when the interface is not its own.
-std::optional<ManagedDhcp> ReadNetworkd(const Path& root, std::uint32_t index, const NetworkAddress* address) {
+std::optional<ManagedDhcp> ReadNetworkd(const Path& root, std::uint32_t index,
+                                        const NetworkAddress* address) {
   const Path folder = root / "run/systemd/netif";
   const std::string number = std::to_string(index);
   if (const auto text = ReadSmallFile(folder / "leases" / number)) {

@@ -10,8 +10,8 @@
 
 namespace velmora::os {
 
-/// The present moment by the clock that callers know, in seconds since 1970 UTC, and in hundredths of a second
-/// since the system started.
+/// The present moment by the clock that callers know, in seconds since 1970 UTC, and in hundredths of a
+/// second since the system started.
 struct Moment {
   std::int64_t seconds = 0;
   std::int64_t hundredths = 0;

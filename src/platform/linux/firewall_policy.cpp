@@ -1,5 +1,5 @@
-/// The firewall policy. Whether the firewall is on can be told; its rules are in no form that callers know, so
-/// that there is no enumerator, and no rule to be asked.
+/// The firewall policy. Whether the firewall is on can be told; its rules are in no form that callers know,
+/// so that there is no enumerator, and no rule to be asked.
 #include "platform/os/firewall_policy.h"
 
 #include "platform/linux/com_object.h"

@@ -46,7 +46,8 @@ std::size_t SizeOf(const std::u16string& text) {
 
 }  // namespace
 
-bool AnswerProxyQuery(const ProxySettings& settings, std::uint32_t option, void* buffer, std::uint32_t& size) {
+bool AnswerProxyQuery(const ProxySettings& settings, std::uint32_t option, void* buffer,
+                      std::uint32_t& size) {
   if (option != kProxyOption) {
     SetLastError(kErrorNotSupported);
     return false;

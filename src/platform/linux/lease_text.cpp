@@ -134,7 +134,8 @@ std::optional<Lease> ParseReply(Bytes reply) {
   if (reply.size() < kMarkPlace + sizeof kMark || reply[0] != kReply) return std::nullopt;
   if (!std::equal(std::begin(kMark), std::end(kMark), reply.begin() + kMarkPlace)) return std::nullopt;
   Lease lease;
-  for (const std::uint8_t byte : reply.subspan(kAddressPlace, sizeof(Ipv4))) lease.address = lease.address << 8 | byte;
+  for (const std::uint8_t byte : reply.subspan(kAddressPlace, sizeof(Ipv4)))
+    lease.address = lease.address << 8 | byte;
   return lease;
 }
 

@@ -12,7 +12,7 @@ namespace velmora::os {
 
 struct Lease {
   Ipv4 address = 0;
-  std::string server;         ///< empty when it is not told
+  std::string server;        ///< empty when it is not told
   std::int64_t expires = 0;  ///< seconds since 1970 UTC; 0 when it is not told, the last second for never
 };
 

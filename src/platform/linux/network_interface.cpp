@@ -75,8 +75,13 @@ std::string PciComponent(std::string_view text) {
   const std::string maker = Low(TakeNumber(text, "sv", kDigits));
   const std::string model = Low(TakeNumber(text, "sd", kDigits));
   if (vendor.empty() || device.empty() || maker.empty() || model.empty()) return {};
-  return std::string("pci\\ven_").append(vendor).append("&dev_").append(device).append("&subsys_").append(model).append(
-      maker);
+  return std::string("pci\\ven_")
+      .append(vendor)
+      .append("&dev_")
+      .append(device)
+      .append("&subsys_")
+      .append(model)
+      .append(maker);
 }
 
 std::string UsbComponent(std::string_view text) {
@@ -89,7 +94,9 @@ std::string UsbComponent(std::string_view text) {
 
 }  // namespace
 
-Medium MediumOf(const Path& root, const std::string& interface) { return MediumBelow(root, interface, kDeepest); }
+Medium MediumOf(const Path& root, const std::string& interface) {
+  return MediumBelow(root, interface, kDeepest);
+}
 
 bool IsCard(const Path& root, const std::string& interface) {
   if (!IsName(interface)) return false;

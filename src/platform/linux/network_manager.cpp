@@ -25,8 +25,8 @@ std::int64_t NumberIn(const std::string& text) {
 std::optional<std::string> DeviceOf(sd_bus* bus, const std::string& interface) {
   BusError error;
   sd_bus_message* reply = nullptr;
-  const int result = sd_bus_call_method(bus, kService, kManagerPath, kManager, "GetDeviceByIpIface", error.Out(),
-                                        &reply, "s", interface.c_str());
+  const int result = sd_bus_call_method(bus, kService, kManagerPath, kManager, "GetDeviceByIpIface",
+                                        error.Out(), &reply, "s", interface.c_str());
   const BusMessage owned(reply);
   const char* path = nullptr;
   if (result < 0 || sd_bus_message_read_basic(reply, 'o', &path) <= 0) return std::nullopt;
@@ -38,8 +38,7 @@ ManagedDhcp ReadLease(sd_bus* bus, const char* path) {
   ManagedDhcp lease{.enabled = true};
   BusError error;
   sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_get_property(bus, kService, path, kDhcp, "Options", error.Out(), &reply, "a{sv}");
+  const int result = sd_bus_get_property(bus, kService, path, kDhcp, "Options", error.Out(), &reply, "a{sv}");
   const BusMessage owned(reply);
   if (result < 0) return lease;
   std::string expiry;
@@ -96,7 +95,8 @@ std::optional<ManagedDhcp> NetworkManager::DhcpOf(const std::string& interface) 
   if (!ReadBusFlag(bus_, object, "Managed").value_or(false)) return std::nullopt;
   const auto lease = ReadBusPath(bus_, object, "Dhcp4Config");
   if (lease && *lease != kNoObject) return ReadLease(bus_, lease->c_str());
-  // Without a lease yet: by the settings of the connection, which are made for DHCP unless they say otherwise.
+  // Without a lease yet: by the settings of the connection, which are made for DHCP unless they say
+  // otherwise.
   return ManagedDhcp{.enabled = !IsManual(*device)};
 }
 

@@ -74,7 +74,8 @@ void AppendHops(const DefaultRoute& common, Bytes hops, std::vector<DefaultRoute
     Bytes hop = hops;
     const auto head = TakeRecord<rtnexthop>(hop);
     if (!head || head->rtnh_len < sizeof(rtnexthop) || head->rtnh_len > hops.size()) return;
-    const bool is_usable = (head->rtnh_flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) == 0 && head->rtnh_ifindex > 0;
+    const bool is_usable =
+        (head->rtnh_flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) == 0 && head->rtnh_ifindex > 0;
     const Bytes attributes = hops.subspan(sizeof(rtnexthop), head->rtnh_len - sizeof(rtnexthop));
     if (is_usable) AppendHop(common, static_cast<std::uint32_t>(head->rtnh_ifindex), attributes, routes);
     hops = hops.subspan(std::min<std::size_t>((head->rtnh_len + 3U) & ~3U, hops.size()));

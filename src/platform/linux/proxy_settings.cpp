@@ -75,13 +75,14 @@ ProxySettings ReadKde(const std::string& text, const Environment& environment) {
   ProxySettings settings;
   const std::string type = SectionValue(text, kSection, "ProxyType");
   if (type != kManual && type != kByVariables) return settings;
-  for (const auto& [scheme, key] : {std::pair("http", "httpProxy"), std::pair("https", "httpsProxy"),
-                                    std::pair("socks", "socksProxy")}) {
+  for (const auto& [scheme, key] :
+       {std::pair("http", "httpProxy"), std::pair("https", "httpsProxy"), std::pair("socks", "socksProxy")}) {
     std::string value = SectionValue(text, kSection, key);
     if (type == kByVariables) value = environment(value.c_str()).value_or("");
     Append(scheme, WithPort(std::move(value)), settings.proxy);
   }
-  if (!settings.proxy.empty() && type == kManual) settings.bypass = SectionValue(text, kSection, "NoProxyFor");
+  if (!settings.proxy.empty() && type == kManual)
+    settings.bypass = SectionValue(text, kSection, "NoProxyFor");
   return settings;
 }
 

@@ -19,8 +19,8 @@ std::optional<std::string> ProcessVariable(const char* name);
 
 /// The variables http_proxy, https_proxy and all_proxy, in small letters or else in capitals, as nearly every
 /// program goes by them; without any the settings of the KDE desktop, which are a text file, and which name a
-/// proxy themselves or the variables that do. A variable that is set but empty means: no proxy, and no look at
-/// the desktop.
+/// proxy themselves or the variables that do. A variable that is set but empty means: no proxy, and no look
+/// at the desktop.
 ///
 /// The GNOME desktop keeps its settings in a binary database that only its own libraries read, and hands them
 /// on to programs as these variables where the login is set up so; they are not looked for here.

@@ -69,7 +69,8 @@ std::optional<bool> ReadBusFlag(sd_bus* bus, const BusObject& object, const char
   return flag != 0;
 }
 
-std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object, const char* property) noexcept {
+std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object,
+                                           const char* property) noexcept {
   BusError error;
   std::uint32_t number = 0;
   const int result = sd_bus_get_property_trivial(bus, object.service, object.path, object.interface, property,

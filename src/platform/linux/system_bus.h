@@ -57,7 +57,8 @@ std::optional<std::string> ReadBusText(sd_bus* bus, const BusObject& object, con
 std::optional<bool> ReadBusFlag(sd_bus* bus, const BusObject& object, const char* property) noexcept;
 
 /// A property that is an unsigned 32-bit number, or the path of an object.
-std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object, const char* property) noexcept;
+std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object,
+                                           const char* property) noexcept;
 std::optional<std::string> ReadBusPath(sd_bus* bus, const BusObject& object, const char* property);
 
 /// Whether `service` is there now; it is not started for the question.
