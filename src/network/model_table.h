@@ -1,9 +1,9 @@
-/// The maker's machine models. The library carries them for the maker; no operation of it reads any of them, and
-/// none opens the model list.
+/// The maker's machine models. The library carries them for the maker; no operation of it reads any of them,
+/// and none opens the model list.
 ///
 /// The models' names are product data, which a build is given by the option VELMORA_MODEL_NAMES
-/// (docs/model-names.md); their constants then stand in "network/model_names.h". All of it is constant before the
-/// library's first instruction runs and is never changed.
+/// (docs/model-names.md); their constants then stand in "network/model_names.h". All of it is constant before
+/// the library's first instruction runs and is never changed.
 #pragma once
 
 namespace velmora::models {

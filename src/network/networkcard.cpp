@@ -56,7 +56,7 @@ std::vector<std::wstring> InternalCardsWith(Medium medium) {
 
 // Which card an operation means: the one with a hardware ID, or the first internal one of a kind.
 
-const std::wstring& HardwareIdOf(const std::wstring& hardware_id) { return hardware_id; }
+std::wstring HardwareIdOf(std::wstring hardware_id) { return hardware_id; }
 
 std::wstring HardwareIdOf(NETWORK_CARD_TYPE type) {
   const auto medium = velmora::network::MediumOf(type);
