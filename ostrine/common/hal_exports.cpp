@@ -11,22 +11,16 @@
 #include "platform/ostrine/hal.h"
 
 // The contract's header says nothing about who exports; here the names are made visible, in a library whose
-// other names are hidden.
+// other names are hidden. Windows has a list instead, windows/ostrine.def.
+#ifndef _WIN32
 extern "C" {
-#ifdef _WIN32
-[[gnu::dllexport]] decltype(HalInit) HalInit;
-[[gnu::dllexport]] decltype(HalQueryInformation) HalQueryInformation;
-[[gnu::dllexport]] decltype(HalSetInformation) HalSetInformation;
-[[gnu::dllexport]] decltype(HalOpenDevice) HalOpenDevice;
-[[gnu::dllexport]] decltype(HalCloseDevice) HalCloseDevice;
-#else
 [[gnu::visibility("default")]] decltype(HalInit) HalInit;
 [[gnu::visibility("default")]] decltype(HalQueryInformation) HalQueryInformation;
 [[gnu::visibility("default")]] decltype(HalSetInformation) HalSetInformation;
 [[gnu::visibility("default")]] decltype(HalOpenDevice) HalOpenDevice;
 [[gnu::visibility("default")]] decltype(HalCloseDevice) HalCloseDevice;
-#endif
 }
+#endif
 
 namespace {
 
