@@ -1,5 +1,7 @@
 #include "network/hosts_rule.h"
 
+#include <algorithm>
+
 namespace velmora::network {
 namespace {
 
@@ -8,28 +10,29 @@ constexpr char kCommentSign = '#';
 
 }  // namespace
 
+HostsRule::State HostsRule::After(State state, char c) noexcept {
+  if (c == '\n') return State::kLeadingBlanks;
+  if (state == State::kAfterCarriageReturn) return State::kChanged;
+  switch (c) {
+    case kBlank:
+      return State::kLeadingBlanks;
+    case '\r':
+      return State::kAfterCarriageReturn;
+    case kCommentSign:
+      return State::kComment;
+    default:
+      return State::kChanged;
+  }
+}
+
 bool HostsRule::Read(std::string_view bytes) noexcept {
   while (!bytes.empty() && state_ != State::kChanged) {
     if (state_ == State::kComment) {  // a comment may be long; nothing in it counts but its end
-      const auto end = bytes.find('\n');
-      if (end == std::string_view::npos) return false;
-      state_ = State::kLeadingBlanks;
-      bytes.remove_prefix(end + 1);
-      continue;
+      bytes.remove_prefix(std::min(bytes.find('\n'), bytes.size()));
+      if (bytes.empty()) break;
     }
-    const char c = bytes.front();
+    state_ = After(state_, bytes.front());
     bytes.remove_prefix(1);
-    if (c == '\n') {
-      state_ = State::kLeadingBlanks;
-    } else if (state_ == State::kAfterCarriageReturn) {
-      state_ = State::kChanged;
-    } else if (c == '\r') {
-      state_ = State::kAfterCarriageReturn;
-    } else if (c == kCommentSign) {
-      state_ = State::kComment;
-    } else if (c != kBlank) {
-      state_ = State::kChanged;
-    }
   }
   return state_ == State::kChanged;
 }

@@ -23,6 +23,9 @@ class HostsRule {
     kChanged,
   };
 
+  /// What comes after `c` in a line of which no comment has begun.
+  static State After(State state, char c) noexcept;
+
   State state_ = State::kLeadingBlanks;
 };
 
