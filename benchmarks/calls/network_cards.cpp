@@ -5,17 +5,22 @@
 /// A question may cost one enumeration, one look at the processor and 30 keys for each internal card, and the
 /// property itself. Calls are counted and not timed, so the figures are the same on every machine and in
 /// every run.
+///
+/// A question about the wireless adapter compares every adapter of the system with the wireless card's names.
+/// It may ask for each name once, however many adapters there are.
 #include <cstdio>
 #include <string>
 
 #include "platform/ostrine/deviceinformation.h"
 #include "platform/ostrine/setup_class.h"
 #include "simulator/run.h"
+#include "velmora/networkadapter.h"
 #include "velmora/networkcard.h"
 
 namespace {
 
 constexpr int kKeysGoal = 30;
+constexpr int kNamesGoal = 2;
 
 /// A machine with so many internal cards and as many others, and with a key in each place, none of them
 /// theirs.
@@ -57,6 +62,20 @@ bool Compare(int cards) {
   return is_met;
 }
 
+/// The same for a question about the wireless adapter among so many adapters.
+bool CompareAdapters(int adapters) {
+  auto machine = MachineWith(1);
+  for (int i = 0; i < adapters; ++i) machine.adapters->list.push_back({.description = "another adapter"});
+  const auto run = simulator::Use(machine);
+  auto state = IP_STATE_READY;
+  CNetworkAdapter().CHeckIPReady(state);
+  const int enumerations = run.Calls("GetDeviceHardwareID");
+  const bool is_met = enumerations <= kNamesGoal;
+  std::printf("%14d %9d %13d %6d %7s\n", adapters, run.Calls(), enumerations, kNamesGoal,
+              is_met ? "met" : "MISSED");
+  return is_met;
+}
+
 }  // namespace
 
 int main() {
@@ -64,5 +83,8 @@ int main() {
   std::puts("internal cards   bare  question  enumerations   keys   goal");
   bool is_met = true;
   for (const int cards : {0, 1, 2, 4, 8}) is_met = Compare(cards) && is_met;
+  std::puts("Calls of a question about the wireless adapter");
+  std::puts("      adapters  question  enumerations   goal");
+  for (const int adapters : {1, 8, 64}) is_met = CompareAdapters(adapters) && is_met;
   return is_met ? 0 : 1;
 }

@@ -6,5 +6,6 @@
 #include "velmora/devicekind.h"
 #include "velmora/disk.h"
 #include "velmora/memory.h"
+#include "velmora/networkadapter.h"
 #include "velmora/networkcard.h"
 #include "velmora/vediocard.h"

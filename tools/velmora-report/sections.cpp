@@ -4,6 +4,7 @@
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
 #include "velmora-report/memory_section.h"
+#include "velmora-report/network_section.h"
 #include "velmora-report/networkcard_section.h"
 #include "velmora-report/vediocard_section.h"
 
@@ -11,8 +12,8 @@ namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(),       MemorySection(),
-      DiskSection(),      VediocardSection(), NetworkCardSection(),
+      BaseboardSection(), CpuSection(),         MemorySection(),  DiskSection(),
+      VediocardSection(), NetworkCardSection(), NetworkSection(),
   };
 }
 
