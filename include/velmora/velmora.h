@@ -9,4 +9,5 @@
 #include "velmora/disk.h"
 #include "velmora/keyboard.h"
 #include "velmora/memory.h"
+#include "velmora/networkcard.h"
 #include "velmora/vediocard.h"

@@ -4,13 +4,15 @@
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
 #include "velmora-report/memory_section.h"
+#include "velmora-report/networkcard_section.h"
 #include "velmora-report/vediocard_section.h"
 
 namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(), MemorySection(), DiskSection(), VediocardSection(),
+      BaseboardSection(), CpuSection(),       MemorySection(),
+      DiskSection(),      VediocardSection(), NetworkCardSection(),
   };
 }
 
