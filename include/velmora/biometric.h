@@ -44,14 +44,14 @@ class VELMORA_API CBiometric {
   std::vector<std::wstring> GetSerialIODesc();
 
   /// Version of the driver of the System device with this description. Writes a debug line.
-  std::wstring GetSerialIODriverVersionByDesc(const std::wstring description);
+  std::wstring GetSerialIODriverVersionByDesc(std::wstring description);
 
   /// Problem code of the System device with this description: 0 when it works. Writes a debug line.
-  unsigned long GetSystemDeviceErrorCodeByDesc(const std::wstring description);
+  unsigned long GetSystemDeviceErrorCodeByDesc(std::wstring description);
 
   /// The same. In spite of the operation's name `hardware_id` is taken for a description: a hardware ID finds
   /// a device only where some device has it as its description. Writes a debug line.
-  unsigned long GetSystemDeviceErrorCodeByHardId(const std::wstring hardware_id);
+  unsigned long GetSystemDeviceErrorCodeByHardId(std::wstring hardware_id);
 
   /// Description of the first interface to the management engine. Writes a debug line.
   std::wstring GetMEIDesc();
