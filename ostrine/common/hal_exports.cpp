@@ -2,6 +2,7 @@
 // its own files and one row here.
 #include <array>
 
+#include "ostrine/common/audio.h"
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
 #include "ostrine/common/disk.h"
@@ -27,6 +28,7 @@ namespace {
 constexpr std::array kRows{
     ostrine::DeviceClass{.number = 0, .init = ostrine::NothingToPrepare, .query = ostrine::QueryProcessor},
     ostrine::DeviceClass{.number = 4, .init = ostrine::NothingToPrepare, .query = ostrine::QueryBaseboard},
+    ostrine::DeviceClass{.number = 5, .init = ostrine::PrepareAudio, .query = ostrine::QueryAudio},
     ostrine::DeviceClass{.number = 6, .init = ostrine::PrepareVideo, .query = ostrine::QueryVideo},
     ostrine::DeviceClass{.number = 7,
                          .init = ostrine::PrepareDisks,

@@ -82,5 +82,6 @@ std::vector<Operation> BaseboardOperations();
 std::vector<Operation> InventoryOperations();
 std::vector<Operation> NetworkAdapterOperations();
 std::vector<Operation> NetworkCardOperations();
+std::vector<Operation> PartsOperations();
 
 }  // namespace torture

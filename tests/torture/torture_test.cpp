@@ -17,8 +17,8 @@ namespace {
 
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
-  for (const auto table : {FamilyOperations, BaseboardOperations, InventoryOperations,
-                           NetworkAdapterOperations, NetworkCardOperations}) {
+  for (const auto table : {BaseboardOperations, FamilyOperations, InventoryOperations,
+                           NetworkAdapterOperations, NetworkCardOperations, PartsOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }

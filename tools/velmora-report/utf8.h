@@ -8,4 +8,7 @@ namespace report {
 /// UTF-8 of the system's wide text, whatever the locale. What is no character becomes U+FFFD.
 std::string ToUtf8(std::wstring_view text);
 
+/// UTF-8 of bytes whose code page nobody knows: ASCII stays, every other byte becomes U+FFFD.
+std::string ToUtf8(std::string_view bytes);
+
 }  // namespace report

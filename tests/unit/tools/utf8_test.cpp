@@ -43,4 +43,11 @@ TEST(Utf8, ReplacesNumbersThatAreNoCharacter) {
   }
 }
 
+TEST(Utf8, KeepsOfBytesOfAnUnknownCodePageWhatIsAscii) {
+  EXPECT_EQ(ToUtf8(std::string_view()), "");
+  EXPECT_EQ(ToUtf8(std::string_view("a\0\x7F\r", 4)), std::string("a\0\x7F\r", 4));
+  EXPECT_EQ(ToUtf8(std::string_view("\x80 caf\xC3\xA9 \xFF")),
+            "\xEF\xBF\xBD caf\xEF\xBF\xBD\xEF\xBF\xBD \xEF\xBF\xBD");
+}
+
 }  // namespace
