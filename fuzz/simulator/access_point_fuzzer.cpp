@@ -1,5 +1,5 @@
-// Any bytes as the service's list of access points, in memory of exactly their size, against a slow reading.
-// Inputs of the middle part only are put into a list's place, so that short ones reach the offsets too.
+// Any bytes as the service's list of access points, in memory of exactly their size, against a slow reading:
+// as the whole list, and as the end of one from the first entry's offset on, so that short inputs reach that.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -43,9 +43,10 @@ std::vector<Operation> InventoryTable() {
           .MayFailWith(std::tuple(1, 0UL))
           .MayFailWith(std::tuple(1, 45UL))
           .MayBeSpoiledTo(std::tuple(1, 0xFFFFFFFFUL)),
-      Operation(
-          "CNetworkAdapter::GetINFbyHardId",
-          [] { return CNetworkAdapter().GetINFbyHardId(L"PCI\\VEN_8086&DEV_A0F0&SUBSYS_00748086&REV_20"); })
+      Operation("CNetworkAdapter::GetINFbyHardId",
+                [hardware_id = std::wstring(L"PCI\\VEN_8086&DEV_A0F0&SUBSYS_00748086&REV_20")] {
+                  return CNetworkAdapter().GetINFbyHardId(hardware_id);
+                })
           .MayFailWith(std::wstring())
           .MayBeSpoiledTo(std::wstring(kOverlong, L'A')),
   };
@@ -69,7 +70,9 @@ std::vector<Operation> WifiTable() {
                   return result;
                 })
           .MayFailWith(std::tuple(0, std::string()))
-          .MayBeSpoiledTo(std::tuple(1, std::string(16, '1'))),
+          .MayBeSpoiledTo(std::tuple(1, std::string(16, '1')))
+          // Names without end, of a card and of a later adapter, hold one another.
+          .MayBeSpoiledTo(std::tuple(1, std::string("0.0.0.0"))),
       Operation("CNetworkAdapter::GetMacBySsid",
                 [] {
                   std::tuple<std::string, std::string, std::string, std::string> result{"a", "b", "c", "d"};
@@ -104,7 +107,8 @@ std::vector<Operation> ConnectivityTable() {
                   return std::tuple(result, state);
                 })
           .MayFailWith(std::tuple(false, 77))
-          .MayBeSpoiledTo(std::tuple(true, 2)),  // sixteen ones without a dot
+          .MayBeSpoiledTo(std::tuple(true, 2))    // sixteen ones without a dot
+          .MayBeSpoiledTo(std::tuple(false, 1)),  // a later adapter, as above
       Operation("CNetworkAdapter::IsUsingModemNetwork",
                 [] { return CNetworkAdapter().IsUsingModemNetwork(); })
           .MayFailWith(0),
