@@ -5,6 +5,7 @@
 #include "velmora/baseboard.h"
 #include "velmora/biometric.h"
 #include "velmora/cpu.h"
+#include "velmora/devicedriver.h"
 #include "velmora/devicekind.h"
 #include "velmora/disk.h"
 #include "velmora/keyboard.h"

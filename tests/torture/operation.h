@@ -80,6 +80,7 @@ class Operation {
 std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
 std::vector<Operation> InventoryOperations();
+std::vector<Operation> DeviceDriverOperations();
 std::vector<Operation> NetworkAdapterOperations();
 std::vector<Operation> NetworkCardOperations();
 std::vector<Operation> PartsOperations();

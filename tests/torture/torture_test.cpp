@@ -17,7 +17,7 @@ namespace {
 
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
-  for (const auto table : {BaseboardOperations, FamilyOperations, InventoryOperations,
+  for (const auto table : {BaseboardOperations, DeviceDriverOperations, FamilyOperations, InventoryOperations,
                            NetworkAdapterOperations, NetworkCardOperations, PartsOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());

@@ -5,6 +5,7 @@
 #include "velmora-report/biometric_section.h"
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
+#include "velmora-report/failing_drivers_section.h"
 #include "velmora-report/keyboard_section.h"
 #include "velmora-report/memory_section.h"
 #include "velmora-report/network_section.h"
@@ -15,8 +16,9 @@ namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(),       MemorySection(),   DiskSection(),        VediocardSection(),
-      AudioSection(),     BiometricSection(), KeyboardSection(), NetworkCardSection(), NetworkSection(),
+      BaseboardSection(),   CpuSection(),     MemorySection(),         DiskSection(),
+      VediocardSection(),   AudioSection(),   BiometricSection(),      KeyboardSection(),
+      NetworkCardSection(), NetworkSection(), FailingDriversSection(),
   };
 }
 

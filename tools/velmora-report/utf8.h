@@ -11,4 +11,7 @@ std::string ToUtf8(std::wstring_view text);
 /// UTF-8 of bytes whose code page nobody knows: ASCII stays, every other byte becomes U+FFFD.
 std::string ToUtf8(std::string_view bytes);
 
+/// The way back. Bytes that are no UTF-8 become U+FFFD, one each.
+std::wstring FromUtf8(std::string_view text);
+
 }  // namespace report
