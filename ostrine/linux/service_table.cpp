@@ -90,7 +90,15 @@ bool ShowLoadedUnits(const BusConnection& bus, sd_bus_message* reply,
   constexpr const char* kUnit = "(ssssssouso)";
   if (sd_bus_message_enter_container(reply, 'a', kUnit) < 0) return true;
   for (;;) {
-    const char *unit, *description, *load, *active, *sub, *following, *path, *job_type, *job_path;
+    const char* unit = nullptr;
+    const char* description = nullptr;
+    const char* load = nullptr;
+    const char* active = nullptr;
+    const char* sub = nullptr;
+    const char* following = nullptr;
+    const char* path = nullptr;
+    const char* job_type = nullptr;
+    const char* job_path = nullptr;
     std::uint32_t job = 0;
     if (sd_bus_message_read(reply, kUnit, &unit, &description, &load, &active, &sub, &following, &path, &job,
                             &job_type, &job_path) <= 0) {
@@ -107,7 +115,8 @@ void ShowInstalledUnits(const BusConnection& bus, sd_bus_message* reply,
                         const std::set<std::string, std::less<>>& shown, const WqlVisitor& visit) {
   constexpr const char* kUnitFile = "(ss)";
   if (sd_bus_message_enter_container(reply, 'a', kUnitFile) < 0) return;
-  const char *path, *state;
+  const char* path = nullptr;
+  const char* state = nullptr;
   while (sd_bus_message_read(reply, kUnitFile, &path, &state) > 0) {
     std::string_view unit(path);
     unit.remove_prefix(unit.find_last_of('/') + 1);
