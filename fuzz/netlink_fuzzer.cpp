@@ -1,5 +1,5 @@
-// Whatever the kernel seems to say about networks and access points, what is taken from it must be possible, and
-// the lists that are made of it must lie within their own memory.
+// Whatever the kernel seems to say about networks and access points, what is taken from it must be possible,
+// and the lists that are made of it must lie within their own memory.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

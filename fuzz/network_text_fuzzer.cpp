@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(lease->server.empty() || ParseIpv4(lease->server).has_value());
   }
   ParseReply({data, size});
-  if (const auto time = ParseLeaseTime(text)) Require(*time <= 253'402'300'800);  // the last day of four digits
+  if (const auto time = ParseLeaseTime(text))
+    Require(*time <= 253'402'300'800);  // the last day of four digits
   Require(KeyValue(text, "ADDRESS").find('\n') == std::string::npos);
   Require(SectionValue(text, "Proxy Settings", "httpProxy").size() <= size);
   if (const auto address = ParseIpv4(text)) Require(ParseIpv4(TextOf(*address)) == address);
