@@ -3,6 +3,7 @@
 #include <array>
 
 #include "ostrine/common/baseboard.h"
+#include "ostrine/common/battery.h"
 #include "ostrine/common/device_class.h"
 #include "ostrine/common/disk.h"
 #include "ostrine/common/memory.h"
@@ -39,6 +40,10 @@ constexpr std::array kRows{
                          .query = ostrine::QueryDisk,
                          .open = ostrine::OpenDisk,
                          .close = ostrine::CloseDisk},
+    ostrine::DeviceClass{.number = 8,
+                         .init = ostrine::NothingToPrepare,
+                         .query = ostrine::QueryBattery,
+                         .set = ostrine::SetBattery},
     ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
 };
 
