@@ -1,16 +1,20 @@
 #include "velmora-report/sections.h"
 
 #include "velmora-report/baseboard_section.h"
+#include "velmora-report/battery_section.h"
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
+#include "velmora-report/firmware_switches_section.h"
 #include "velmora-report/memory_section.h"
+#include "velmora-report/sensors_section.h"
 #include "velmora-report/vediocard_section.h"
 
 namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(), MemorySection(), DiskSection(), VediocardSection(),
+      BaseboardSection(), CpuSection(),     MemorySection(),  DiskSection(),
+      VediocardSection(), BatterySection(), SensorsSection(), FirmwareSwitchesSection(),
   };
 }
 
