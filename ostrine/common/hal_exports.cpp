@@ -4,6 +4,7 @@
 
 #include "ostrine/common/audio.h"
 #include "ostrine/common/baseboard.h"
+#include "ostrine/common/battery.h"
 #include "ostrine/common/device_class.h"
 #include "ostrine/common/disk.h"
 #include "ostrine/common/failing_driver.h"
@@ -36,6 +37,10 @@ constexpr std::array kRows{
                          .query = ostrine::QueryDisk,
                          .open = ostrine::OpenDisk,
                          .close = ostrine::CloseDisk},
+    ostrine::DeviceClass{.number = 8,
+                         .init = ostrine::NothingToPrepare,
+                         .query = ostrine::QueryBattery,
+                         .set = ostrine::SetBattery},
     ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
     ostrine::DeviceClass{
         .number = 20, .init = ostrine::PrepareFailingDrivers, .query = ostrine::QueryFailingDriver},

@@ -84,5 +84,6 @@ std::vector<Operation> DeviceDriverOperations();
 std::vector<Operation> NetworkAdapterOperations();
 std::vector<Operation> NetworkCardOperations();
 std::vector<Operation> PartsOperations();
+std::vector<Operation> PowerOperations();
 
 }  // namespace torture
