@@ -10,9 +10,10 @@ import guest
 NVME_BYTES = 64 * 1024 * 1024
 SATA_BYTES = 250_059_350_016
 MEMORY_MIB = 768
+NETWORK_CARD = r"PCI\VEN_8086&DEV_10D3&SUBSYS_00008086&REV_00"
 
 PARTS = [
-    "-cpu", "Skylake-Client-v1,model-id=Velmora Test CPU @ 2.40GHz,enforce=off", "-smp", "4,sockets=1,cores=2,threads=2",
+    "-cpu", "Skylake-Client-v1,model-id=Velmora Test CPU @ 2.40GHz,enforce=off", "-smp", "2,sockets=1,cores=2,threads=1",
     "-m", str(MEMORY_MIB),
     "-smbios", "type=0,vendor=Guest BIOS Works,version=G1ET42WW (1.12 ),date=03/14/2024",
     "-smbios", "type=2,manufacturer=Guest Boards,product=GB-1,version=R2,serial=BSN0001",
@@ -20,7 +21,7 @@ PARTS = [
     "-smbios", "type=17,loc_pfx=SLOT,manufacturer=Guest Memory,serial=MSN0001,part=GM-768,speed=4800",
     "-device", "bochs-display,edid=on,xres=1600,yres=900",
     "-netdev", "user,id=net0", "-device", "e1000e,netdev=net0,mac=52:54:00:12:34:56",
-    "-device", "intel-hda", "-device", "hda-duplex",
+    "-audiodev", "none,id=sound", "-device", "intel-hda", "-device", "hda-duplex,audiodev=sound",
     "-device", "edu",
     "-device", "qemu-xhci,id=usb", "-device", "usb-kbd,bus=usb.0",
 ]
@@ -52,15 +53,14 @@ class Guest(unittest.TestCase):
             folder = Path(name)
             image = guest.Image(folder)
             image.add_program(guest.REPORT)
-            image.add_step("report", "velmora-report --json")
+            image.add_step("1-report", "velmora-report --json")
+            image.add_step("2-devices", "velmora-report --devices --json")
             image.pack()
             cls.free_bytes, cls.steps = guest.boot(folder, image, parts_of(folder))
-        text, status = cls.steps["report"]
-        cls.report = json.loads(text)
-        cls.status = status
+        cls.report = json.loads(cls.steps["1-report"][0])
 
-    def test_program_ends_well(self):
-        self.assertEqual(self.status, 0)
+    def test_every_step_ends_well(self):
+        self.assertEqual({name: status for name, (_, status) in self.steps.items() if status != 0}, {})
 
     def test_baseboard_is_the_one_of_the_firmware_table(self):
         self.assertEqual(self.report["baseboard"], {
@@ -72,7 +72,7 @@ class Guest(unittest.TestCase):
         cpu = self.report["cpu"]
         self.assertEqual(cpu["name"], "Velmora Test CPU @ 2.40GHz")
         self.assertEqual((cpu["manufacturer"], cpu["kind"]), ("Intel", "Intel"))
-        self.assertEqual((cpu["cores"], cpu["threads"]), (2, 4))
+        self.assertEqual((cpu["cores"], cpu["threads"]), (2, 2))
         self.assertEqual(cpu["maximum_clock_mhz"], 4321)
 
     def test_memory_is_one_module_of_the_chosen_maker(self):
@@ -102,6 +102,35 @@ class Guest(unittest.TestCase):
         self.assertEqual((video["horizontal"], video["vertical"]), (1600, 900))
         self.assertEqual(video["monitor"], "QEMU Monitor")
         self.assertEqual(video["card_count"], 1)
+
+    def test_battery_is_the_one_of_the_acpi_table(self):
+        battery = self.report["battery"]
+        self.assertEqual((battery["name"], battery["manufacturer"]), ("LX42", "ACME"))
+        self.assertEqual((battery["remaining_mwh"], battery["full_mwh"], battery["design_mwh"]), (25000, 45000, 50000))
+        self.assertEqual((battery["voltage_mv"], battery["discharge_rate_mw"]), (11100, 9000))
+        self.assertEqual((battery["charge_percent"], battery["wear_percent"]), (56, 10.0))
+        self.assertFalse(battery["on_mains"])
+
+    def test_thermal_zone_has_the_temperature_of_the_acpi_table(self):
+        self.assertIn(45, [one["celsius"] for one in self.report["sensors"]["temperatures"]])
+
+    def test_network_card_has_the_chosen_address(self):
+        cards = self.report["network_cards"]["cards"]
+        self.assertEqual([(card["kind"], card["hardware_id"], card["mac_address"]) for card in cards],
+                         [("Ethernet", NETWORK_CARD, "52:54:00:12:34:56")])
+
+    def test_keyboard_is_there(self):
+        self.assertEqual(self.report["keyboard"]["name"], "AT Translated Set 2 keyboard")
+
+    def test_failing_drivers_are_the_devices_without_one(self):
+        failing = {device["device_id"].rsplit("\\", 1)[0]: device["problem_code"]
+                   for device in self.report["failing_drivers"]["devices"]}
+        self.assertEqual(failing.get(r"PCI\VEN_1234&DEV_11E8&SUBSYS_11001AF4&REV_10"), 28, "the one without any driver")
+        self.assertEqual(failing.get(r"ACPI\VELM0001"), 28)
+        self.assertNotIn(NETWORK_CARD, failing)
+
+    def test_devices_are_listed_by_class(self):
+        self.assertIn(NETWORK_CARD, self.steps["2-devices"][0].replace("\\\\", "\\"))
 
 
 if __name__ == "__main__":
