@@ -146,7 +146,8 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path,
   if (!json.is_object()) source.Fail(path, "must be an object");
   elements.clear();
   const std::string folder = path + "/";
-  for (const auto& [key, value] : json.items()) Read(source, value, std::string(folder).append(key), elements[key]);
+  for (const auto& [key, value] : json.items())
+    Read(source, value, std::string(folder).append(key), elements[key]);
 }
 
 /// An optional value is given by being there; `null` says expressly that it is not.
