@@ -11,6 +11,7 @@ using ostrine::BatteryFact;
 /// The batteries in the form in which the abstraction library's own rules add them up.
 std::vector<ostrine::Battery> Reported(const std::vector<Battery>& batteries) {
   std::vector<ostrine::Battery> reported;
+  reported.reserve(batteries.size());
   for (const Battery& battery : batteries) {
     reported.push_back({.manufacturer = battery.manufacturer.value_or(""),
                         .name = battery.name.value_or(""),

@@ -44,7 +44,7 @@ std::string DescribeAdapter(const std::filesystem::path& root, const NetworkLink
 }
 
 std::string DescribeWifi(const std::filesystem::path& root, const std::string& interface) {
-  const std::string name = unicode::Utf8FromWide(AskForCard(interface, L"Name"));
+  std::string name = unicode::Utf8FromWide(AskForCard(interface, L"Name"));
   if (!name.empty()) return name;
   const bool is_card = IsCard(root, interface);
   return Labelled(is_card ? "Network Adapter" : "Virtual Adapter", DriverOf(root, interface));

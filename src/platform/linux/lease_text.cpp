@@ -103,7 +103,8 @@ std::optional<std::int64_t> ParseLeaseTime(std::string_view text) noexcept {
                                          std::chrono::day(static_cast<unsigned int>(*day))};
   if (!date.ok()) return std::nullopt;
   const std::chrono::sys_seconds midnight = std::chrono::sys_days(date);
-  return midnight.time_since_epoch().count() + *hour * 3600 + *minute * 60 + *second;
+  return midnight.time_since_epoch().count() + std::int64_t{*hour} * 3600 + std::int64_t{*minute} * 60 +
+         *second;
 }
 
 std::optional<Lease> FindClientLease(std::string_view text, std::string_view interface) {
@@ -118,7 +119,9 @@ std::optional<Lease> FindClientLease(std::string_view text, std::string_view int
       if (depth == 0 && statement == "lease") block.emplace();
       ++depth;
     }
-    if (sign == '}' && depth > 0 && --depth == 0) {
+    if (sign != '}' || depth == 0) continue;
+    --depth;
+    if (depth == 0) {
       if (block && block->has_address && block->is_of_interface) latest = block->lease;
       block.reset();
     }

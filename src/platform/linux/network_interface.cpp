@@ -123,6 +123,7 @@ std::vector<std::string> ListCards(const Path& root) {
   auto names = ListNames(root / "sys/class/net").value_or(std::vector<std::string>());
   std::erase_if(names, [&](const std::string& name) { return !IsCard(root, name); });
   std::vector<std::pair<std::int64_t, std::string>> numbered;
+  numbered.reserve(names.size());
   for (std::string& name : names) {
     numbered.emplace_back(ReadNumber(FolderOf(root, name) / "ifindex").value_or(0), std::move(name));
   }

@@ -97,6 +97,7 @@ std::vector<DWORD> DisksOfVolume(const std::wstring& name) {
   const auto* const extents = reinterpret_cast<const VOLUME_DISK_EXTENTS*>(bytes.data());
   const std::size_t count = std::min<std::size_t>(extents->NumberOfDiskExtents, kMostExtents);
   std::vector<DWORD> disks;
+  disks.reserve(count);
   for (std::size_t i = 0; i < count; ++i) disks.push_back(extents->Extents[i].DiskNumber);
   return disks;
 }
