@@ -1,5 +1,6 @@
 #include "simulator/guid_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -34,6 +35,15 @@ const char* SetupClassName(const GUID& setup_class) {
     if (IsSame(named.id, setup_class)) return named.name;
   }
   return nullptr;
+}
+
+std::string SetupClassGuidText(std::string_view name) {
+  const auto found = std::ranges::find(kClasses, name, &NamedClass::name);
+  std::string text = found == kClasses.end() ? std::string() : GuidText(found->id);
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'F') character = static_cast<char>(character - 'A' + 'a');
+  }
+  return text;
 }
 
 std::string GuidText(const GUID& id) {

@@ -181,6 +181,7 @@ void Run::BeforeCall(int number, std::function<void(Machine&)> change) {
 }
 
 void Run::OnQuery(QueryAnswer answer) { session_->query_answer = std::move(answer); }
+void Run::OnInit(InitAnswer answer) { session_->init_answer = std::move(answer); }
 
 Run Use(Machine machine) { return Run(std::move(machine)); }
 

@@ -3,6 +3,7 @@
 
 #include "velmora/baseboard.h"
 #include "velmora/cpu.h"
+#include "velmora/devicedriver.h"
 #include "velmora/devicekind.h"
 #include "velmora/disk.h"
 #include "velmora/memory.h"

@@ -5,6 +5,7 @@
 #include "ostrine/common/baseboard.h"
 #include "ostrine/common/device_class.h"
 #include "ostrine/common/disk.h"
+#include "ostrine/common/failing_driver.h"
 #include "ostrine/common/memory.h"
 #include "ostrine/common/processor.h"
 #include "ostrine/common/video.h"
@@ -40,6 +41,8 @@ constexpr std::array kRows{
                          .open = ostrine::OpenDisk,
                          .close = ostrine::CloseDisk},
     ostrine::DeviceClass{.number = 13, .init = ostrine::PrepareMemory, .query = ostrine::QueryMemory},
+    ostrine::DeviceClass{
+        .number = 20, .init = ostrine::PrepareFailingDrivers, .query = ostrine::QueryFailingDriver},
 };
 
 constexpr ostrine::DeviceClasses kClasses(kRows);

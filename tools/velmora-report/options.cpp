@@ -5,17 +5,19 @@
 namespace report {
 
 constexpr std::string_view kHelp =
-    R"(Usage: velmora-report [--json] [--machine FILE]
+    R"(Usage: velmora-report [--json] [--machine FILE] [--devices]
+       velmora-report [--json] [--machine FILE] repair WHAT [OPTION...]
 
-Tells what hardware this machine has and how it is doing.
+Tells what hardware this machine has and how it is doing, and repairs it.
 
+  --devices       tell of all devices, class by class, instead
   --json          write JSON instead of text; what is not reported is null
   --machine FILE  tell of the simulated machine in FILE (JSON) instead of this one
   --help          show this text
   --version       show the version
 
-Exit status: 0 done; 1 the report could not be written; 2 the options or the
-machine file are not usable.
+Exit status: 0 done; 1 the report could not be written, or a repair failed;
+2 the options or the machine file are not usable; 3 a repair was refused.
 )";
 
 Options ParseOptions(const std::vector<std::string>& arguments) {
@@ -29,6 +31,12 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
     }
     if (argument == "--json") {
       options.json = true;
+    } else if (options.action == Options::Action::kRepair) {
+      options.repair.push_back(argument);
+    } else if (argument == "repair") {
+      options.action = Options::Action::kRepair;
+    } else if (argument == "--devices") {
+      options.action = Options::Action::kDevices;
     } else if (argument == "--help") {
       options.action = Options::Action::kHelp;
     } else if (argument == "--version") {

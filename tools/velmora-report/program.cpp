@@ -2,8 +2,10 @@
 
 #include <exception>
 
+#include "velmora-report/devices_section.h"
 #include "velmora-report/json_output.h"
 #include "velmora-report/options.h"
+#include "velmora-report/repair.h"
 #include "velmora-report/sections.h"
 #include "velmora-report/system.h"
 #include "velmora-report/text_output.h"
@@ -11,27 +13,30 @@
 namespace report {
 namespace {
 
-enum ExitStatus { kDone = 0, kFailed = 1, kUnusable = 2 };
-
-int Output(std::string_view text) {
+ExitStatus Output(std::string_view text) {
   if (WriteOutput(text)) return kDone;
   WriteError("velmora-report: the output could not be written\n");
   return kFailed;
 }
 
+ExitStatus OutputReport(const Report& report, bool json) {
+  return Output(json ? WriteJson(report) : WriteText(report));
+}
+
+int Repair(const Options& options) {
+  const RepairOutcome outcome = RunRepair(options.repair);
+  const ExitStatus written = OutputReport({outcome.section}, options.json);
+  return written == kDone ? outcome.status : written;
+}
+
 int RunOptions(const Options& options) {
-  switch (options.action) {
-    case Options::Action::kHelp:
-      return Output(kHelp);
-    case Options::Action::kVersion:
-      return Output("velmora-report " VELMORA_VERSION "\n");
-    case Options::Action::kReport:
-      break;
-  }
+  if (options.action == Options::Action::kHelp) return Output(std::string(kHelp) + RepairHelp());
+  if (options.action == Options::Action::kVersion) return Output("velmora-report " VELMORA_VERSION "\n");
   if (!options.machine.empty())
     return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
-  const Report report = ReadMachine();
-  return Output(options.json ? WriteJson(report) : WriteText(report));
+  if (options.action == Options::Action::kRepair) return Repair(options);
+  return OutputReport(options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine(),
+                      options.json);
 }
 
 }  // namespace

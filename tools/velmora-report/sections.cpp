@@ -3,6 +3,7 @@
 #include "velmora-report/baseboard_section.h"
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
+#include "velmora-report/failing_drivers_section.h"
 #include "velmora-report/memory_section.h"
 #include "velmora-report/vediocard_section.h"
 
@@ -10,7 +11,8 @@ namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(), MemorySection(), DiskSection(), VediocardSection(),
+      BaseboardSection(), CpuSection(),       MemorySection(),
+      DiskSection(),      VediocardSection(), FailingDriversSection(),
   };
 }
 
