@@ -2,6 +2,7 @@
 #pragma once
 
 #include "velmora/baseboard.h"
+#include "velmora/bluetooth.h"
 #include "velmora/cpu.h"
 #include "velmora/devicedriver.h"
 #include "velmora/devicekind.h"

@@ -17,8 +17,8 @@ namespace {
 
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
-  for (const auto table :
-       {FamilyOperations, BaseboardOperations, InventoryOperations, DeviceDriverOperations}) {
+  for (const auto table : {FamilyOperations, BaseboardOperations, InventoryOperations, DeviceDriverOperations,
+                           BluetoothOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }
