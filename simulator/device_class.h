@@ -78,7 +78,9 @@ bool WriteInformation(const Information& information, std::span<unsigned char> b
                       unsigned int* returned_size);
 
 // One script a device class, each in the file of its device.
+extern const DeviceClassScript kAudioScript;
 extern const DeviceClassScript kBaseboardScript;
+extern const DeviceClassScript kBatteryScript;
 extern const DeviceClassScript kCpuScript;
 extern const DeviceClassScript kDiskScript;
 extern const DeviceClassScript kFailingDriverScript;

@@ -74,16 +74,23 @@ void PutName(const std::string& name, std::span<wchar_t> field) {
   std::ranges::copy(unicode::WideFromUtf8(name).substr(0, field.size() - 1), field.begin());
 }
 
-/// Gives the listing's next entry; with kUnterminated under a name that fills its field.
-template <class Character>
-bool PutNext(Listing& listing, Fault fault, FindData<Character>& data) {
-  if (listing.next == listing.entries.size()) return Succeed(kNoMoreFiles);
-  const Entry& entry = listing.entries[listing.next++];
+void Put(const Entry& entry, FindData<char>& data) {
   data = {.attributes = entry.attributes,
           .creation_time = entry.creation_time,
           .last_access_time = entry.last_access_time,
           .last_write_time = entry.last_write_time,
           .size = entry.size};
+}
+void Put(const Entry& entry, FindData<wchar_t>& data) {
+  data = {.attributes = entry.attributes & (kFileAttributeDirectory | kFileAttributeReparsePoint)};
+}
+
+/// Gives the listing's next entry; with kUnterminated under a name that fills its field.
+template <class Character>
+bool PutNext(Listing& listing, Fault fault, FindData<Character>& data) {
+  if (listing.next == listing.entries.size()) return Succeed(kNoMoreFiles);
+  const Entry& entry = listing.entries[listing.next++];
+  Put(entry, data);
   const bool is_spoiled = fault == Fault::kUnterminated;
   PutName(is_spoiled ? std::string(std::size(data.name), 'A') : entry.name, data.name);
   return true;

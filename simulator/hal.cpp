@@ -22,9 +22,10 @@ using velmora::hal::DeviceRecord;
 namespace {
 
 const DeviceClassScript* FindScript(unsigned int device_class) {
-  static const std::array kScripts{&simulator::kBaseboardScript, &simulator::kCpuScript,
-                                   &simulator::kDiskScript,      &simulator::kFailingDriverScript,
-                                   &simulator::kMemoryScript,    &simulator::kVideoScript};
+  static const std::array kScripts{&simulator::kAudioScript,   &simulator::kBaseboardScript,
+                                   &simulator::kBatteryScript, &simulator::kCpuScript,
+                                   &simulator::kDiskScript,    &simulator::kFailingDriverScript,
+                                   &simulator::kMemoryScript,  &simulator::kVideoScript};
   const auto found = std::ranges::find_if(kScripts, [=](const DeviceClassScript* script) {
     return static_cast<unsigned int>(script->device_class) == device_class;
   });

@@ -15,6 +15,7 @@
 
 #include "simulator/sections/adapters.h"
 #include "simulator/sections/baseboard.h"
+#include "simulator/sections/battery.h"
 #include "simulator/sections/bluetooth.h"
 #include "simulator/sections/com.h"
 #include "simulator/sections/control_devices.h"
@@ -41,6 +42,7 @@ struct Machine {
   std::optional<std::vector<MemoryModule>> memory_modules;
   std::optional<std::vector<Disk>> disks;
   std::optional<Video> video;
+  std::optional<Batteries> battery;
   std::optional<std::vector<Device>> devices;
   std::optional<Wmi> wmi;
   std::optional<std::vector<FirmwareAnswer>> firmware;
@@ -71,6 +73,7 @@ void Fields(Archive& archive, Machine& machine) {
   archive.Field("memory", machine.memory_modules);
   archive.Field("disk", machine.disks);
   archive.Field("vediocard", machine.video);
+  archive.Field("battery", machine.battery);
   archive.Field("devices", machine.devices);
   archive.Field("wmi", machine.wmi);
   archive.Field("firmware", machine.firmware);

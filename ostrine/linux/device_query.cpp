@@ -54,6 +54,7 @@ DeviceQuery::DeviceQuery(Path root, const GUID& setup_class)
 std::vector<std::wstring> DeviceQuery::Descriptions() const {
   NameDatabase names(root_);
   std::vector<std::wstring> descriptions;
+  descriptions.reserve(devices_.size());
   for (const Device& device : devices_) descriptions.push_back(Describe(device, names));
   return descriptions;
 }

@@ -2,29 +2,23 @@
 // battery is below zero.
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "ostrine/linux/bus_devices.h"
 #include "ostrine/linux/firmware_method.h"
 #include "ostrine/linux/last_error.h"
+#include "ostrine/linux/power_supplies.h"
 
 namespace ostrine {
 namespace {
 
 constexpr std::int64_t kMicroInMilli = 1000;
 
-/// Folder of the battery or port with this number. A battery of another device, a mouse's, is none of the
-/// machine's; an empty bay is no battery.
+/// Folder of the battery or port with this number; empty when there is none.
 Path FindSupply(const Path& root, bool is_battery, std::uint8_t number) {
-  const Path devices = DevicesFolder(root);
-  if (devices.empty()) return {};
   int seen = 0;
-  for (const std::string& name : EntryNames(root / "sys/class/power_supply")) {
-    const Path folder = ResolveBelow(root / "sys/class/power_supply" / name, devices);
-    if (folder.empty() || CleanAttribute(folder / "type") != (is_battery ? "Battery" : "USB")) continue;
-    if (CleanAttribute(folder / "scope") == "Device") continue;
-    if (NumberAttribute(folder / "present").value_or(1) == 0) continue;
-    if (seen++ == number) return folder;
+  for (PowerSupply& supply : ListPowerSupplies(root)) {
+    if (supply.type != (is_battery ? "Battery" : "USB")) continue;
+    if (seen++ == number) return std::move(supply.folder);
   }
   return {};
 }
@@ -57,7 +51,7 @@ std::optional<std::int64_t> Current(const Path& supply) {
   const std::int64_t magnitude = *current < 0 ? -*current : *current;
   if (status == "Discharging") return -magnitude;
   if (status == "Charging") return magnitude;
-  return *current;
+  return current;
 }
 
 }  // namespace

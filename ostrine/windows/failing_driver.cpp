@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <climits>
 
 #include "ostrine/windows/device_set.h"
@@ -26,10 +27,17 @@ std::wstring CaptionOf(const Device& device) {
   return name.empty() ? device.Text(SPDRP_DEVICEDESC) : name;
 }
 
+/// A GUID's text in the letters in which the system itself writes it; some drivers' installers do not.
+std::string InSmallLetters(std::string guid) {
+  std::transform(guid.begin(), guid.end(), guid.begin(),
+                 [](char c) { return c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return guid;
+}
+
 FailingDriver FactsOf(const Device& device, std::uint32_t code) {
   return {.caption = Narrow(CaptionOf(device)),
           .device_id = Narrow(device.InstanceId()),
-          .class_guid = Narrow(device.Text(SPDRP_CLASSGUID)),
+          .class_guid = InSmallLetters(Narrow(device.Text(SPDRP_CLASSGUID))),
           .manufacturer = Narrow(device.Text(SPDRP_MFG)),
           .service = Narrow(device.Text(SPDRP_SERVICE)),
           .error_code = code};

@@ -82,5 +82,9 @@ std::vector<Operation> BaseboardOperations();
 std::vector<Operation> BluetoothOperations();
 std::vector<Operation> InventoryOperations();
 std::vector<Operation> DeviceDriverOperations();
+std::vector<Operation> NetworkAdapterOperations();
+std::vector<Operation> NetworkCardOperations();
+std::vector<Operation> PartsOperations();
+std::vector<Operation> PowerOperations();
 
 }  // namespace torture

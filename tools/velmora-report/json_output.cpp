@@ -10,6 +10,7 @@ using Json = nlohmann::ordered_json;
 
 struct JsonValue {
   Json operator()(Absent) const { return nullptr; }
+  Json operator()(Hundredths value) const { return static_cast<double>(value.number) / 100; }
   template <class Given>
   Json operator()(const Given& given) const {
     return given;

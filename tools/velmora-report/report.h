@@ -12,8 +12,15 @@ namespace report {
 /// The machine does not give the value.
 using Absent = std::monostate;
 
+/// A number with two decimal places, such as 12.34, as the whole number of its hundredths.
+struct Hundredths {
+  std::int64_t number = 0;
+
+  bool operator==(const Hundredths&) const = default;
+};
+
 /// One value; texts are UTF-8. Whoever writes a report visits it, so that a new kind cannot be forgotten.
-using Value = std::variant<Absent, std::string, std::uint64_t, bool>;
+using Value = std::variant<Absent, std::string, std::uint64_t, std::int64_t, Hundredths, bool>;
 
 /// The value of a text, which is absent when the library gives the empty one.
 Value TextValue(std::wstring_view text);

@@ -32,10 +32,22 @@ std::string Shown(std::string_view text) {
   return shown;
 }
 
+/// "12.34" for 1234.
+std::string ShownHundredths(std::int64_t number) {
+  constexpr std::uint64_t kHundred = 100;
+  const auto bits = static_cast<std::uint64_t>(number);
+  const std::uint64_t magnitude = number < 0 ? 0 - bits : bits;
+  const std::string places = std::to_string(magnitude % kHundred);
+  return (number < 0 ? "-" : "") + std::to_string(magnitude / kHundred) + (places.size() < 2 ? ".0" : ".") +
+         places;
+}
+
 struct ShowValue {
   std::string operator()(Absent) const { return "not reported"; }
   std::string operator()(const std::string& text) const { return Shown(text); }
   std::string operator()(std::uint64_t number) const { return std::to_string(number); }
+  std::string operator()(std::int64_t number) const { return std::to_string(number); }
+  std::string operator()(Hundredths value) const { return ShownHundredths(value.number); }
   std::string operator()(bool flag) const { return flag ? "yes" : "no"; }
 };
 

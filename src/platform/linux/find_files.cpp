@@ -68,18 +68,45 @@ bool IsShown(const struct statx& facts) noexcept {
 
 FileTime TimeOf(const statx_timestamp& time) noexcept { return FileTimeOf(time.tv_sec, time.tv_nsec); }
 
+/// Tells all about an entry; false for one that is not shown.
+bool Describe(const FolderListing& folder, const dirent& entry, FindData<char>& data) noexcept {
+  const auto facts = FactsOf(folder, entry.d_name);
+  if (!facts || !IsShown(*facts)) return false;
+  const bool has_creation = (facts->stx_mask & STATX_BTIME) != 0;
+  data.attributes = AttributesOf(folder, entry.d_name, *facts);
+  data.creation_time = TimeOf(has_creation ? facts->stx_btime : facts->stx_mtime);
+  data.last_access_time = TimeOf(facts->stx_atime);
+  data.last_write_time = TimeOf(facts->stx_mtime);
+  data.size = facts->stx_size;
+  return true;
+}
+
+/// Tells what kind of entry it is, which the listing itself says on most file systems.
+bool Describe(const FolderListing& folder, const dirent& entry, FindData<wchar_t>& data) noexcept {
+  constexpr std::uint32_t kTold = kFileAttributeDirectory | kFileAttributeReparsePoint;
+  switch (entry.d_type) {
+    case DT_DIR:
+      data.attributes = kFileAttributeDirectory;
+      return true;
+    case DT_REG:
+      data.attributes = 0;
+      return true;
+    case DT_LNK:
+    case DT_UNKNOWN: {
+      const auto facts = FactsOf(folder, entry.d_name);
+      if (!facts || !IsShown(*facts)) return false;
+      data.attributes = AttributesOf(folder, entry.d_name, *facts) & kTold;
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
 template <class Character>
 bool FindNext(FolderListing& folder, FindData<Character>& data) noexcept {
   while (const dirent* entry = folder.Next()) {
-    const auto facts = FactsOf(folder, entry->d_name);
-    if (!facts || !IsShown(*facts) || !PutName(entry->d_name, data.name)) continue;
-    const bool has_creation = (facts->stx_mask & STATX_BTIME) != 0;
-    data.attributes = AttributesOf(folder, entry->d_name, *facts);
-    data.creation_time = TimeOf(has_creation ? facts->stx_btime : facts->stx_mtime);
-    data.last_access_time = TimeOf(facts->stx_atime);
-    data.last_write_time = TimeOf(facts->stx_mtime);
-    data.size = facts->stx_size;
-    return true;
+    if (Describe(folder, *entry, data) && PutName(entry->d_name, data.name)) return true;
   }
   if (errno == 0) SetLastError(kErrorNoMoreFiles);
   return false;

@@ -100,6 +100,16 @@ void AppendRoutes(Bytes payload, std::vector<DefaultRoute>& routes) {
   }
 }
 
+/// Those of the lowest metric first; of the same metric in the kernel's order.
+void AddInOrder(const std::vector<DefaultRoute>& routes, std::vector<DefaultRoute>& ordered) {
+  for (const DefaultRoute& route : routes) {
+    const auto place =
+        std::upper_bound(ordered.begin(), ordered.end(), route,
+                         [](const DefaultRoute& a, const DefaultRoute& b) { return a.metric < b.metric; });
+    ordered.insert(place, route);
+  }
+}
+
 /// Calls `read` with the payload of each message of that type.
 template <class Read>
 void ForEachOf(std::uint16_t type, Bytes messages, Read read) {
@@ -176,15 +186,13 @@ std::optional<NetworkState> ReadNetworkState(Netlink& netlink) {
   if (!addresses) return std::nullopt;
   const auto routes = ask_routes(AF_INET);
   if (!routes) return std::nullopt;
-  NetworkState state{ParseLinks(*links), ParseAddresses(*addresses), ParseDefaultRoutes(*routes)};
+  NetworkState state{ParseLinks(*links), ParseAddresses(*addresses), {}};
+  AddInOrder(ParseDefaultRoutes(*routes), state.routes);
   if (const auto more = ask_routes(AF_INET6)) {  // a kernel may be without
-    const auto ipv6 = ParseDefaultRoutes(*more);
-    state.routes.insert(state.routes.end(), ipv6.begin(), ipv6.end());
+    AddInOrder(ParseDefaultRoutes(*more), state.routes);
   }
-  std::stable_sort(state.links.begin(), state.links.end(),
-                   [](const NetworkLink& a, const NetworkLink& b) { return a.index < b.index; });
-  std::stable_sort(state.routes.begin(), state.routes.end(),
-                   [](const DefaultRoute& a, const DefaultRoute& b) { return a.metric < b.metric; });
+  std::sort(state.links.begin(), state.links.end(),
+            [](const NetworkLink& a, const NetworkLink& b) { return a.index < b.index; });
   return state;
 }
 

@@ -132,8 +132,9 @@ std::optional<std::vector<AccessPoint>> ReadScan(Netlink& netlink, std::uint16_t
   const auto answer = netlink.Ask(request);
   if (!answer) return std::nullopt;
   auto points = ParseScan(*answer, family);
-  std::stable_sort(points.begin(), points.end(), [](const AccessPoint& a, const AccessPoint& b) {
-    return std::tuple(!a.is_connected, -a.signal) < std::tuple(!b.is_connected, -b.signal);
+  std::sort(points.begin(), points.end(), [](const AccessPoint& a, const AccessPoint& b) {
+    return std::tuple(!a.is_connected, b.signal, a.address) <
+           std::tuple(!b.is_connected, a.signal, b.address);
   });
   return points;
 }

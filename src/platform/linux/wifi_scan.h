@@ -47,7 +47,7 @@ std::optional<std::uint16_t> FindWifiFamily(Netlink& netlink);
 /// The interfaces that are clients or members of networks, in the order of their numbers.
 std::optional<std::vector<WifiInterface>> ReadWifiInterfaces(Netlink& netlink, std::uint16_t family);
 
-/// What the latest scan of the interface found: what it is connected to first, then by quality. No scan is
+/// What the latest scan of the interface found: what it is connected to first, then the strongest. No scan is
 /// started.
 std::optional<std::vector<AccessPoint>> ReadScan(Netlink& netlink, std::uint16_t family,
                                                  std::uint32_t interface);

@@ -29,9 +29,17 @@ struct FindData {
   Character name[260];
 };
 
+/// Of a wide search callers use no more than the name, and whether it is a folder or a link: only these two
+/// attributes are told. An implementation can mostly tell them without a look at the file itself.
+template <>
+struct FindData<wchar_t> {
+  std::uint32_t attributes;
+  wchar_t name[260];
+};
+
 /// Begins to list what `pattern` (a folder, then "//*.*") matches, in the system's order, "." and ".." among
 /// it, and fills `data` with the first. InvalidHandle with the last error on failure: 3 no such folder, 5 not
-/// permitted. Links are reported as links, with the attributes of what they point to.
+/// permitted. Links are reported as links; whether one leads to a folder is told as well.
 Handle FindFirstFileW(const wchar_t* pattern, FindData<wchar_t>& data);
 Handle FindFirstFileA(const char* pattern, FindData<char>& data);
 

@@ -16,8 +16,13 @@ static_assert(kFileAttributeReadOnly == FILE_ATTRIBUTE_READONLY &&
 
 FileTime Copy(const FILETIME& time) { return {time.dwLowDateTime, time.dwHighDateTime}; }
 
-template <class SystemData, class Character>
-void Copy(const SystemData& found, FindData<Character>& data) {
+void Copy(const WIN32_FIND_DATAW& found, FindData<wchar_t>& data) {
+  data.attributes = found.dwFileAttributes & (kFileAttributeDirectory | kFileAttributeReparsePoint);
+  static_assert(sizeof data.name == sizeof found.cFileName);
+  std::copy(std::begin(found.cFileName), std::end(found.cFileName), data.name);
+}
+
+void Copy(const WIN32_FIND_DATAA& found, FindData<char>& data) {
   data.attributes = found.dwFileAttributes;
   data.creation_time = Copy(found.ftCreationTime);
   data.last_access_time = Copy(found.ftLastAccessTime);

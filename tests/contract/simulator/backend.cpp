@@ -57,6 +57,13 @@ simulator::Machine MachineOfTheTests() {
        .description = "Gone",
        .rescans_since_removal = 0},
   };
+  machine.battery = {.ac_line = 0,
+                     .batteries = {{.remaining_mwh = 30120,
+                                    .full_mwh = 43830,
+                                    .design_mwh = 50000,
+                                    .voltage_mv = 11856,
+                                    .rate_mw = -8892,
+                                    .threshold = {{75, 80}}}}};
   machine.processes = {
       {.process_id = 4321, .caption = "unsecapp.exe", .executable_path = "C:\\unsecapp.exe"}};
   machine.services = {{.name = "WpnUserService_1a2b", .state = 4}};

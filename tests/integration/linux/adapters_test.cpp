@@ -65,7 +65,10 @@ Listed List(const std::filesystem::path& root, Netlink& netlink) {
 /// The laptop of today: enp0s31f6 has number 2, wlp0s20f3 number 3.
 class Laptop : public testing::Test {
  protected:
-  Laptop() { BuildLaptop(machine_); }
+  Laptop() {
+    BuildLaptop(machine_);
+    machine_.WriteFile("usr/share/misc/pci.ids", "8086  Intel Corporation\n\t51f0  Wi-Fi 6E AX211 160MHz\n");
+  }
   Listed List() { return velmora::os::List(machine_.Path(), kernel_); }
 
   const ByteVector kCards = LinkMessage(2, "enp0s31f6") + LinkMessage(3, "wlp0s20f3");

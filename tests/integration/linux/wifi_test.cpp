@@ -90,6 +90,7 @@ class Wifi : public testing::Test {
  protected:
   Wifi() {
     BuildLaptop(machine_);
+    machine_.WriteFile("usr/share/misc/pci.ids", "8086  Intel Corporation\n\t51f0  Wi-Fi 6E AX211 160MHz\n");
     auto kernel = std::make_unique<test::FakeKernel>();
     kernel_ = kernel.get();
     kernel->Answer(GENL_ID_CTRL, CTRL_CMD_GETFAMILY, FamilyMessage("nl80211"));
@@ -286,11 +287,12 @@ class SwitchingKernel {
     if (!file.read(bytes.data(), bytes.size())) return;
     rfkill_event event{};
     std::memcpy(&event, bytes.data(), bytes.size());
-    const std::pair<std::uint32_t, int> change{event.idx, event.soft};
+    const std::uint32_t number = event.idx;  // the record is packed
+    const std::pair<std::uint32_t, int> change{number, int{event.soft}};
     if (event.op != RFKILL_OP_CHANGE || event.type != RFKILL_TYPE_WLAN) return;
     if (!done_.empty() && done_.back() == change) return;
     done_.push_back(change);
-    machine_.WriteFile(folders_.at(event.idx) + "/soft", std::to_string(event.soft) + "\n");
+    machine_.WriteFile(folders_.at(number) + "/soft", std::to_string(event.soft) + "\n");
   }
 
   const FakeMachine& machine_;

@@ -181,12 +181,20 @@ void BuildSupplies(const FakeMachine& machine) {
                      {{"type", "Battery"},
                       {"present", "1"},
                       {"status", "Discharging"},
+                      {"energy_now", "30120000"},
+                      {"energy_full", "43830000"},
+                      {"energy_full_design", "50000000"},
+                      {"charge_control_start_threshold", "75"},
+                      {"charge_control_end_threshold", "80"},
                       {"voltage_now", "11856000"},
                       {"power_now", "8892000"}});
   machine.AddOfClass("power_supply", "platform/bat/power_supply/BAT1",
                      {{"type", "Battery"},
                       {"present", "1"},
                       {"status", "Charging"},
+                      {"charge_now", "1500000"},
+                      {"charge_full", "2000000"},
+                      {"charge_full_design", "2100000"},
                       {"voltage_now", "12600000"},
                       {"current_now", "-1500000"}});
   machine.AddOfClass(

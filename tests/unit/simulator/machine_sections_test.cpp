@@ -21,6 +21,9 @@ Machine FullMachine() {
                       .next_problem_codes = {28, 0},
                       .after_removal = {.returns = false, .returns_after = 3, .heals_after = 2},
                       .rescans_since_removal = 1}};
+  machine.battery = {
+      .ac_line = 1,
+      .batteries = {{.name = "A", .rate_mw = -5, .threshold = {{75, 80}}, .refuses_threshold = true}, {}}};
   machine.wmi = {.broken = true,
                  .classes = {{"Win32_X", {{{"Text", "a"}, {"Number", std::uint64_t{1} << 63}}, {}}}}};
   machine.firmware = {{.input = 0x250105, .output = {{0, 0xFF}}, .error = 31}};

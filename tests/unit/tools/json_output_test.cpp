@@ -15,6 +15,8 @@ TEST(JsonOutput, WritesEachKindOfValueAsItsOwn) {
                           .title = "Fan",
                           .rows = {{"speed_rpm", "Speed", std::uint64_t{18446744073709551615U}, "rpm"},
                                    {"maker", "Who made it", std::string("ACME"), ""},
+                                   {"current_ma", "Current", std::int64_t{-750}, "mA"},
+                                   {"wear_percent", "Wear", report::Hundredths{1234}, "%"},
                                    {"runs", "Runs", true, ""},
                                    {"serial", "Serial", Absent{}, ""}}}};
 
@@ -22,6 +24,8 @@ TEST(JsonOutput, WritesEachKindOfValueAsItsOwn) {
   "fan": {
     "speed_rpm": 18446744073709551615,
     "maker": "ACME",
+    "current_ma": -750,
+    "wear_percent": 12.34,
     "runs": true,
     "serial": null
   }

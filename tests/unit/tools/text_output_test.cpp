@@ -30,6 +30,17 @@ TEST(TextOutput, AlignsTheValuesOfASection) {
             "  Stuck        no\n");
 }
 
+TEST(TextOutput, WritesNumbersBelowZeroAndHundredths) {
+  EXPECT_EQ(WriteText(OneRow(std::int64_t{-4}, "mA")), "Fan\n  Speed  -4 mA\n");
+  const auto shown = [](std::int64_t hundredths) {
+    return WriteText(OneRow(report::Hundredths{hundredths}, "%"));
+  };
+  EXPECT_EQ(shown(1234), "Fan\n  Speed  12.34 %\n");
+  EXPECT_EQ(shown(7), "Fan\n  Speed  0.07 %\n");
+  EXPECT_EQ(shown(-150), "Fan\n  Speed  -1.50 %\n");
+  EXPECT_EQ(shown(INT64_MIN), "Fan\n  Speed  -92233720368547758.08 %\n");
+}
+
 TEST(TextOutput, SaysOfAnAbsentValueThatItIsNotReportedWithoutItsUnit) {
   EXPECT_EQ(WriteText(OneRow(Absent{}, "rpm")), "Fan\n  Speed  not reported\n");
 }

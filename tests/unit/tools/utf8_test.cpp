@@ -43,6 +43,13 @@ TEST(Utf8, ReplacesNumbersThatAreNoCharacter) {
   }
 }
 
+TEST(Utf8, KeepsOfBytesOfAnUnknownCodePageWhatIsAscii) {
+  EXPECT_EQ(ToUtf8(std::string_view()), "");
+  EXPECT_EQ(ToUtf8(std::string_view("a\0\x7F\r", 4)), std::string("a\0\x7F\r", 4));
+  EXPECT_EQ(ToUtf8(std::string_view("\x80 caf\xC3\xA9 \xFF")),
+            "\xEF\xBF\xBD caf\xEF\xBF\xBD\xEF\xBF\xBD \xEF\xBF\xBD");
+}
+
 TEST(FromUtf8, GivesBackWhatToUtf8Wrote) {
   for (const std::wstring text :
        {L"", L"20XW004AGE", L"caf\xE9 \u0436 \u4E2D", L"\U0001F5A5", L"\x7FF\x800\xFFFF"})
