@@ -6,6 +6,7 @@
 #include "velmora/battery.h"
 #include "velmora/biometric.h"
 #include "velmora/biosfun.h"
+#include "velmora/bluetooth.h"
 #include "velmora/cpu.h"
 #include "velmora/devicedriver.h"
 #include "velmora/devicekind.h"

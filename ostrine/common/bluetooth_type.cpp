@@ -67,6 +67,19 @@ std::string_view AppearanceKind(std::uint16_t appearance) {
   }
 }
 
+/// The kind of an audio device by its minor class.
+std::string_view AudioKind(std::uint32_t minor_class) {
+  switch (minor_class) {
+    case 1:
+    case 2:  // hands-free
+      return "Headset";
+    case 6:
+      return "Headphones";
+    default:
+      return "Audio Device";
+  }
+}
+
 /// By the class of device: major class in bits 8 to 12, minor class in bits 2 to 7.
 std::string_view ClassKind(std::uint32_t class_of_device) {
   constexpr std::uint32_t kPeripheral = 5;
@@ -91,7 +104,7 @@ std::string_view ClassKind(std::uint32_t class_of_device) {
     case 3:
       return "Network Device";
     case 4:
-      return "Audio Device";
+      return AudioKind(class_of_device >> 2 & 0x3F);
     case 7:
       return "Watch";
     default:

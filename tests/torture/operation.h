@@ -79,6 +79,7 @@ class Operation {
 // The tables, one a subsystem.
 std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
+std::vector<Operation> BluetoothOperations();
 std::vector<Operation> InventoryOperations();
 std::vector<Operation> DeviceDriverOperations();
 std::vector<Operation> NetworkAdapterOperations();

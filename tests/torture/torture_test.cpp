@@ -17,9 +17,9 @@ namespace {
 
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
-  for (const auto table :
-       {BaseboardOperations, DeviceDriverOperations, FamilyOperations, InventoryOperations,
-        NetworkAdapterOperations, NetworkCardOperations, PartsOperations, PowerOperations}) {
+  for (const auto table : {BaseboardOperations, BluetoothOperations, DeviceDriverOperations, FamilyOperations,
+                           InventoryOperations, NetworkAdapterOperations, NetworkCardOperations,
+                           PartsOperations, PowerOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }

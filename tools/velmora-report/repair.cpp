@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "velmora-report/options.h"
+#include "velmora-report/repair_bluetooth.h"
 #include "velmora-report/repair_driver.h"
 
 namespace report {
@@ -13,6 +14,7 @@ const RepairVerb* const kVerbs[] = {
     &kResetVerb,
     &kUninstallVerb,
     &kRescanVerb,
+    &kBluetoothVerb,
 };
 
 std::string Names() {

@@ -4,6 +4,7 @@
 #include "velmora-report/baseboard_section.h"
 #include "velmora-report/battery_section.h"
 #include "velmora-report/biometric_section.h"
+#include "velmora-report/bluetooth_section.h"
 #include "velmora-report/cpu_section.h"
 #include "velmora-report/disk_section.h"
 #include "velmora-report/failing_drivers_section.h"
@@ -19,13 +20,10 @@ namespace report {
 
 Report ReadMachine() {
   return {
-      BaseboardSection(), CpuSection(),
-      MemorySection(),    DiskSection(),
-      VediocardSection(), BatterySection(),
-      SensorsSection(),   FirmwareSwitchesSection(),
-      AudioSection(),     BiometricSection(),
-      KeyboardSection(),  NetworkCardSection(),
-      NetworkSection(),   FailingDriversSection(),
+      BaseboardSection(),   CpuSection(),       MemorySection(),         DiskSection(),
+      VediocardSection(),   BatterySection(),   SensorsSection(),        FirmwareSwitchesSection(),
+      AudioSection(),       BiometricSection(), KeyboardSection(),       BluetoothSection(),
+      NetworkCardSection(), NetworkSection(),   FailingDriversSection(),
   };
 }
 

@@ -337,6 +337,77 @@ class Arguments(Case):
         self.assertEqual(self.report("--version"), f"velmora-report {version}\n")
 
 
+class BluetoothRepair(Case):
+    """The road back of a Bluetooth adapter, on machine files only."""
+
+    def repair(self, machine, *arguments, status=0):
+        """The outcome of the repair on a machine of machines/, which must end with the status."""
+        file = MACHINES / f"{machine}.json"
+        found, output, errors = run("--machine", file, "--json", "repair", "bluetooth", *arguments)
+        self.assertEqual((found, errors), (status, ""))
+        return json.loads(output)["repair"]
+
+    def test_an_adapter_among_unknown_devices_comes_back_after_a_rescan(self):
+        outcome = self.repair("laptop-bluetooth-lost", "--yes")
+        self.assertEqual(outcome["state_before"], "The adapter is lost: it stands among the devices without a driver.")
+        self.assertEqual((outcome["state_after"], outcome["done"]), ("The adapter works.", True))
+        self.assertEqual(outcome["hardware_id_after"], "USB\\VID_8087&PID_0026&REV_0002")
+        self.assertEqual((outcome["remedy_result"], outcome["finds_device"]), (None, True))
+
+    def test_an_adapter_that_fails_on_usb_comes_back_after_its_repair(self):
+        outcome = self.repair("laptop-bluetooth-failing", "--yes")
+        self.assertEqual(outcome["usb_device"], "Unknown USB Device (Device Descriptor Request Failed)")
+        self.assertIn("problem code 43", outcome["state_before"])
+        self.assertEqual((outcome["remedy_result"], outcome["done"]), (0, True))
+        self.assertEqual(outcome["verdict"], "The adapter works.")
+
+    def test_an_adapter_that_stays_lost_is_told_as_failed(self):
+        outcome = self.repair("laptop-bluetooth-gone", "--yes", status=1)
+        self.assertEqual((outcome["done"], outcome["hardware_id_after"]), (False, None))
+        self.assertEqual((outcome["remedy_result"], outcome["finds_device"]), (0, None))
+        self.assertIn("problem code 43", outcome["verdict"])
+
+    def test_nothing_is_done_without_yes(self):
+        for machine, intention in (
+            ("laptop-bluetooth-lost", "Would have the system look for hardware."),
+            ("laptop-bluetooth-failing", "Would uninstall the first USB device that fails and have the system look"),
+        ):
+            outcome = self.repair(machine)
+            self.assertFalse(outcome["done"])
+            self.assertIn(intention, outcome["verdict"])
+            self.assertTrue(outcome["verdict"].endswith(" Nothing has been done; --yes does it."), outcome)
+            self.assertNotIn("state_after", outcome)
+        outcome = self.repair("laptop-bluetooth-lost", "--address", "1")
+        self.assertIn(", then switch the radio off and on.", outcome["verdict"])
+
+    def test_an_adapter_that_works_is_left_alone(self):
+        outcome = self.repair("laptop-healthy", "--yes")
+        self.assertEqual((outcome["verdict"], outcome["done"]), ("The adapter works. Nothing has been done.", False))
+
+    def test_a_machine_without_an_adapter_cannot_be_helped(self):
+        outcome = self.repair("empty", "--yes", status=1)
+        self.assertTrue(outcome["verdict"].startswith("There is no adapter. Nothing here could be it"), outcome)
+        self.assertFalse(outcome["done"])
+
+    def test_the_radio_is_reset_when_its_address_is_given(self):
+        outcome = self.repair("laptop-healthy", "--address", "1A2B", "--yes")
+        self.assertEqual((outcome["radio_reset_error"], outcome["done"]), (0, True))
+        outcome = self.repair("laptop-failing-devices", "--address", "1A2B", "--yes", status=1)
+        self.assertEqual((outcome["radio_reset_error"], outcome["done"]), (31, False))
+        self.assertIn("Its radio could not be reset: error 31.", outcome["verdict"])
+
+    def test_people_are_told_in_words(self):
+        text = self.report("--machine", MACHINES / "laptop-bluetooth-failing.json", "repair", "bluetooth", "--yes")
+        self.assertTrue(text.startswith("Bluetooth repair\n  The adapter works.\n"), text)
+        self.assertRegex(text, "\n  State before  +No adapter is there, but a USB device fails")
+        self.assertRegex(text, "\n  State after  +The adapter works\\.\n")
+
+    def test_arguments_that_it_does_not_take_are_refused(self):
+        machine = ["--machine", MACHINES / "laptop-healthy.json"]
+        self.assert_refused([*machine, "repair", "bluetooth", "--id", "x"], 'unknown option "--id"')
+        self.assert_refused([*machine, "repair", "bluetooth", "--address"], "--address needs a value")
+
+
 class Installed(Case):
     """The program from an installed tree that stands elsewhere than it was built."""
 

@@ -97,6 +97,10 @@ TEST(BluetoothType, GoesByTheClassAtLast) {
   EXPECT_EQ(BluetoothType({.icon = "", .appearance = 0, .class_of_device = 0x002580}), "Mouse");
   EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x002540}), "Keyboard");
   EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x5A020C}), "Phone");
+  EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x240404}), "Headset");
+  EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x240408}), "Headset");
+  EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x240418}), "Headphones");
+  EXPECT_EQ(BluetoothType({.icon = "", .appearance = {}, .class_of_device = 0x240414}), "Audio Device");
 }
 
 TEST(BluetoothType, IsNeverEmpty) {

@@ -32,16 +32,22 @@ __declspec(dllexport) HANDLE WINAPI BluetoothFindFirstRadio(BLUETOOTH_FIND_RADIO
     SetLastError(ERROR_NO_MORE_ITEMS);
     return nullptr;
   }
-  *radio = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  state.radio = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  *radio = state.radio;
   ++state.open_searches;
   return kRadioSearch;
 }
 
-__declspec(dllexport) BOOL WINAPI BluetoothFindRadioClose(HANDLE find) { return Close(find, kRadioSearch); }
+__declspec(dllexport) BOOL WINAPI BluetoothFindRadioClose(HANDLE find) {
+  DWORD flags = 0;
+  state.radio_outlived_its_search = GetHandleInformation(state.radio, &flags) != FALSE;
+  return Close(find, kRadioSearch);
+}
 
 __declspec(dllexport) DWORD WINAPI BluetoothGetRadioInfo(HANDLE radio, BLUETOOTH_RADIO_INFO* info) {
   state.radio_info_size = info->dwSize;
   if (radio == nullptr) return ERROR_INVALID_HANDLE;
+  if (state.radio_info_error != ERROR_SUCCESS) return state.radio_info_error;
   info->address.ullLong = 0xAABBCCDDEEFF;
   std::memcpy(info->szName, L"Radio", sizeof L"Radio");
   info->ulClassofDevice = 0x10C;
@@ -53,6 +59,10 @@ __declspec(dllexport) HANDLE WINAPI BluetoothFindFirstDevice(BLUETOOTH_DEVICE_SE
                                                              BLUETOOTH_DEVICE_INFO* info) {
   state.search = *search;
   state.device_info_size = info->dwSize;
+  if (!state.has_device) {
+    SetLastError(ERROR_NO_MORE_ITEMS);
+    return nullptr;
+  }
   info->Address.ullLong = 0x112233445566;
   info->fConnected = TRUE;
   std::memcpy(info->szName, L"Mouse", sizeof L"Mouse");

@@ -10,7 +10,11 @@ namespace fakes {
 
 struct BluetoothState {
   bool has_radio = true;
+  bool has_device = true;
+  DWORD radio_info_error = ERROR_SUCCESS;
   int open_searches = 0;
+  HANDLE radio = nullptr;
+  bool radio_outlived_its_search = false;  ///< it was still open when the search for it was closed
   DWORD radio_parameters_size = 0;
   DWORD radio_info_size = 0;
   BLUETOOTH_DEVICE_SEARCH_PARAMS search{};

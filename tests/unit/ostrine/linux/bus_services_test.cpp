@@ -64,7 +64,7 @@ TEST(RemoteDevices, AreThePairedAndTheConnected) {
   EXPECT_EQ(text(PROP_INSTANCE_ID), mouse + L"\\hci0");
   EXPECT_EQ(information.GetDeviceStrInfoByHardwareID(L"BTHENUM\\Dev_102030405060", setup_class::kBluetooth,
                                                      PROP_DEVICE_TYPE),
-            L"Audio Device");
+            L"Headset");
   EXPECT_EQ(information.GetDeviceULONGInfoByHardwareID(mouse, setup_class::kBluetooth, PROP_PROBLEM_CODE),
             0u);
   EXPECT_EQ(information.UnstallDeviceByHardwareID(mouse, setup_class::kBluetooth), 50u);
