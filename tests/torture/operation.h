@@ -80,5 +80,6 @@ class Operation {
 std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
 std::vector<Operation> InventoryOperations();
+std::vector<Operation> ServiceAndFileOperations();
 
 }  // namespace torture

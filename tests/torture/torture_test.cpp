@@ -17,7 +17,8 @@ namespace {
 
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
-  for (const auto table : {FamilyOperations, BaseboardOperations, InventoryOperations}) {
+  for (const auto table :
+       {FamilyOperations, BaseboardOperations, InventoryOperations, ServiceAndFileOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }

@@ -1,37 +1,58 @@
 #include "velmora-report/program.h"
 
 #include <exception>
+#include <span>
 
+#include "velmora-report/commands.h"
 #include "velmora-report/json_output.h"
 #include "velmora-report/options.h"
 #include "velmora-report/sections.h"
+#include "velmora-report/services_section.h"
 #include "velmora-report/system.h"
 #include "velmora-report/text_output.h"
 
 namespace report {
 namespace {
 
-enum ExitStatus { kDone = 0, kFailed = 1, kUnusable = 2 };
-
-int Output(std::string_view text) {
+ExitStatus Output(std::string_view text) {
   if (WriteOutput(text)) return kDone;
   WriteError("velmora-report: the output could not be written\n");
   return kFailed;
 }
 
+ExitStatus OutputReport(const Report& report, bool json) {
+  return Output(json ? WriteJson(report) : WriteText(report));
+}
+
+int RunCommand(const Options& options) {
+  const Command& command = FindCommand(options.command);
+  if (!options.machine.empty()) {
+    if (command.takes_machine_files)
+      return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
+    throw UsageError("\"" + options.command[0] + " " + options.command[1] + "\" is for this machine only");
+  }
+  const CommandOutcome outcome = command.run(std::span(options.command).subspan(2));
+  const ExitStatus written = OutputReport({outcome.section}, options.json);
+  return written == kDone ? outcome.status : written;
+}
+
 int RunOptions(const Options& options) {
   switch (options.action) {
     case Options::Action::kHelp:
-      return Output(kHelp);
+      return Output(std::string(kHelp) + CommandHelp());
     case Options::Action::kVersion:
       return Output("velmora-report " VELMORA_VERSION "\n");
+    case Options::Action::kCommand:
+      return RunCommand(options);
     case Options::Action::kReport:
       break;
   }
   if (!options.machine.empty())
     return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
-  const Report report = ReadMachine();
-  return Output(options.json ? WriteJson(report) : WriteText(report));
+  Report report = ReadMachine();
+  if (!options.services.empty()) report.push_back(ServicesSection(options.services));
+  if (!options.processes.empty()) report.push_back(ProcessesSection(options.processes));
+  return OutputReport(report, options.json);
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
+
+#include "platform/windows/long_path.h"
 
 namespace velmora::os {
 namespace {
@@ -31,7 +34,7 @@ void Copy(const SystemData& found, FindData<Character>& data) {
 
 Handle FindFirstFileW(const wchar_t* pattern, FindData<wchar_t>& data) {
   WIN32_FIND_DATAW found{};
-  const HANDLE find = ::FindFirstFileW(pattern, &found);
+  const HANDLE find = ::FindFirstFileW(LongPattern(pattern).c_str(), &found);
   if (find != INVALID_HANDLE_VALUE) Copy(found, data);
   return find;
 }
@@ -61,7 +64,11 @@ bool FindClose(Handle find) { return ::FindClose(find) != FALSE; }
 
 bool DeleteFileA(const char* path) { return ::DeleteFileA(path) != FALSE; }
 
-bool PathFileExistsW(const wchar_t* path) { return ::PathFileExistsW(path) != FALSE; }
+bool PathFileExistsW(const wchar_t* path) {
+  if (::PathFileExistsW(path)) return true;
+  const std::wstring long_path = LongPath(path);
+  return long_path != path && GetFileAttributesW(long_path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
 
 const wchar_t* PathFindExtensionW(const wchar_t* path) { return ::PathFindExtensionW(path); }
 
