@@ -23,6 +23,8 @@ target_compile_options(velmora_options INTERFACE
   -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wimplicit-fallthrough
   # Designated initialisers name what differs from the default and leave out the rest on purpose.
   -Wno-missing-field-initializers
+  # GCC 12 sees texts overlap that it has itself just made (GCC bug 105651).
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
   # File names in log lines and assertions are paths from the repository root, never the build machine's.
   -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(VELMORA_SANITIZE)
@@ -55,10 +57,20 @@ function(velmora_shared_library target)
   endif()
 endfunction()
 
-# Only the documented interface leaves the library, whatever template code the compiler emits beside it.
+# velmora_exports(TARGET [PATTERN...]): only the documented interface leaves the library, whatever template code the
+# compiler emits beside it, and what the patterns name.
 function(velmora_exports target)
-  if(NOT WIN32)
-    target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/velmora.map)
-    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/velmora.map)
+  if(WIN32)
+    return()
   endif()
+  set(interface ${CMAKE_SOURCE_DIR}/cmake/velmora.map)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${interface})
+  file(READ ${interface} map)
+  foreach(pattern IN LISTS ARGN)
+    string(REPLACE "extern \"C++\" {" "extern \"C++\" {\n      ${pattern};" map "${map}")
+  endforeach()
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
+  file(CONFIGURE OUTPUT ${script} CONTENT "${map}" @ONLY)
+  target_link_options(${target} PRIVATE -Wl,--version-script=${script})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${script})
 endfunction()

@@ -1,6 +1,9 @@
 /// COM of the simulated system: apartments, and the two classes that the library makes objects of.
 #include "platform/os/com.h"
 
+#include <optional>
+#include <variant>
+
 #include "simulator/com_objects.h"
 #include "simulator/guid_text.h"
 
@@ -23,6 +26,8 @@ constexpr GUID kFirewallPolicyInterface{
     0x98325047, 0xC671, 0x4174, {0x8D, 0x81, 0xDE, 0xFC, 0xD3, 0xF0, 0x31, 0x86}};
 constexpr GUID kFirewallRuleInterface{
     0xAF230D27, 0xBABA, 0x4E42, {0xAC, 0xED, 0xF5, 0x24, 0xF2, 0x2C, 0xFC, 0xE2}};
+constexpr GUID kUnknownInterface{
+    0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 constexpr auto kNotInitialized = static_cast<ComResult>(0x800401F0U);
 
 struct Apartment {};
@@ -36,7 +41,7 @@ ComResult Initialize(Entered& call, const char* function) {
   return com ? simulator::ResultOf(com->initialize_result) : kComFail;
 }
 
-/// Makes what `script` describes, if `interface_id` is its interface.
+/// Makes what `script` describes, if `interface_id` is its interface or the one that all have.
 template <class Script, class Object>
 ComResult Create(Session& session, const Script& script, const GUID& own_interface, const GUID& interface_id,
                  Object made, ComObject& object) {
@@ -45,10 +50,26 @@ ComResult Create(Session& session, const Script& script, const GUID& own_interfa
     return kComClassNotRegistered;
   }
   if (script->create_result != 0) return simulator::ResultOf(script->create_result);
-  if (!simulator::IsSame(own_interface, interface_id)) return kComNoInterface;
-  if (!script->is_null) object = simulator::OpenObject(session, made);
+  const bool is_unknown = simulator::IsSame(kUnknownInterface, interface_id);
+  if (!is_unknown && !simulator::IsSame(own_interface, interface_id)) return kComNoInterface;
+  if (script->is_null) return kComOk;
+  object = is_unknown ? simulator::OpenObject(session, simulator::UnknownObject{made})
+                      : simulator::OpenObject(session, made);
   return kComOk;
 }
+
+/// The interface that an object has of its own; nothing for a rule without one.
+struct OwnInterface {
+  const simulator::Machine& machine;
+
+  std::optional<GUID> operator()(simulator::NetworkListManager) const { return kNetworkListManagerInterface; }
+  std::optional<GUID> operator()(simulator::FirewallPolicy) const { return kFirewallPolicyInterface; }
+  std::optional<GUID> operator()(simulator::FirewallRuleInterface rule) const {
+    const auto& rules = machine.firewall->rules;
+    const bool is_rule = rule.index < rules.size() && rules[rule.index].has_rule_interface;
+    return is_rule ? std::optional(kFirewallRuleInterface) : std::nullopt;
+  }
+};
 
 }  // namespace
 
@@ -91,12 +112,12 @@ ComResult ComQueryInterface(ComObject object, const GUID& interface_id, ComObjec
   result = nullptr;
   if (call.fault == Fault::kEmpty) return kComOk;
   if (call.fault != Fault::kNone) return kComNoInterface;
-  const auto* rule = call.session.Find<simulator::FirewallRuleObject>(object, "ComQueryInterface");
-  if (rule == nullptr) return simulator::kBadPointer;
-  const auto& rules = call.session.machine.firewall->rules;
-  const bool is_rule = rule->index < rules.size() && rules[rule->index].has_rule_interface;
-  if (!is_rule || !simulator::IsSame(interface_id, kFirewallRuleInterface)) return kComNoInterface;
-  result = simulator::OpenObject(call.session, simulator::FirewallRuleInterface{rule->index});
+  const auto* found = call.session.Find<simulator::UnknownObject>(object, "ComQueryInterface");
+  if (found == nullptr) return simulator::kBadPointer;
+  const auto own = std::visit(OwnInterface{call.session.machine}, found->own);
+  if (!own || !simulator::IsSame(*own, interface_id)) return kComNoInterface;
+  result =
+      std::visit([&](const auto& made) { return simulator::OpenObject(call.session, made); }, found->own);
   return kComOk;
 }
 

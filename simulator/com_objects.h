@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <variant>
 
 #include "platform/os/com.h"
 #include "simulator/session.h"
@@ -14,11 +15,13 @@ struct FirewallPolicy {};
 struct FirewallRuleWalk {
   std::size_t next = 0;
 };
-struct FirewallRuleObject {
-  std::size_t index;
-};
 struct FirewallRuleInterface {
   std::size_t index;
+};
+
+/// An object by the interface that all have, from which only ComQueryInterface leads to its own.
+struct UnknownObject {
+  std::variant<NetworkListManager, FirewallPolicy, FirewallRuleInterface> own;
 };
 
 template <class Object>

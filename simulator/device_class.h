@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "platform/ostrine/device_record.h"
 #include "simulator/machine.h"
@@ -47,6 +48,9 @@ struct DeviceClassScript {
   std::optional<Information> (*query)(const Question& question);
   /// How many entries the class's table has; null for a class without a table.
   std::size_t (*count_entries)(const Machine& machine) = nullptr;
+  /// By which numbers queries then speak of the entries; null where that is their position. A table whose
+  /// devices come and go keeps theirs.
+  std::vector<std::uint32_t> (*number_entries)(const Machine& machine) = nullptr;
   std::size_t entry_size = sizeof(velmora::hal::DeviceRecord);
   /// Whether a device opens; null for a class whose devices are not opened.
   bool (*opens)(const Machine& machine, std::uint32_t number) = nullptr;
@@ -74,9 +78,11 @@ bool WriteInformation(const Information& information, std::span<unsigned char> b
                       unsigned int* returned_size);
 
 // One script a device class, each in the file of its device.
+extern const DeviceClassScript kAudioScript;
 extern const DeviceClassScript kBaseboardScript;
 extern const DeviceClassScript kCpuScript;
 extern const DeviceClassScript kDiskScript;
+extern const DeviceClassScript kFailingDriverScript;
 extern const DeviceClassScript kMemoryScript;
 extern const DeviceClassScript kVideoScript;
 

@@ -9,6 +9,7 @@
 #include "simulator/guid_text.h"
 #include "simulator/session.h"
 #include "simulator/spoiled.h"
+#include "velmora/export.h"
 
 using simulator::Device;
 using simulator::Entered;
@@ -102,7 +103,7 @@ unsigned long SpoiledNumberProperty(Fault fault, enmDEVICE_PROPERTY property) {
 
 }  // namespace
 
-std::vector<std::wstring> CDeviceInformention::GetDeviceDesc(GUID setup_class) {
+VELMORA_API std::vector<std::wstring> CDeviceInformention::GetDeviceDesc(GUID setup_class) {
   const Entered call("GetDeviceDesc", setup_class);
   if (call.fault != Fault::kNone) return simulator::SpoiledTexts(call.fault);
   std::vector<std::wstring> descriptions;
@@ -114,7 +115,7 @@ std::vector<std::wstring> CDeviceInformention::GetDeviceDesc(GUID setup_class) {
   return descriptions;
 }
 
-std::vector<std::wstring> CDeviceInformention::GetDeviceHardwareID(GUID setup_class) {
+VELMORA_API std::vector<std::wstring> CDeviceInformention::GetDeviceHardwareID(GUID setup_class) {
   const Entered call("GetDeviceHardwareID", setup_class);
   if (call.fault != Fault::kNone) return simulator::SpoiledTexts(call.fault);
   std::vector<std::wstring> ids;
@@ -126,8 +127,9 @@ std::vector<std::wstring> CDeviceInformention::GetDeviceHardwareID(GUID setup_cl
   return ids;
 }
 
-std::wstring CDeviceInformention::GetDeviceStrInfoByDesc(std::wstring description, GUID setup_class,
-                                                         enmDEVICE_PROPERTY property) {
+VELMORA_API std::wstring CDeviceInformention::GetDeviceStrInfoByDesc(std::wstring description,
+                                                                     GUID setup_class,
+                                                                     enmDEVICE_PROPERTY property) {
   const Entered call("GetDeviceStrInfoByDesc", description, setup_class,
                      static_cast<std::uint32_t>(property));
   if (call.fault != Fault::kNone) return simulator::SpoiledText(call.fault);
@@ -135,8 +137,9 @@ std::wstring CDeviceInformention::GetDeviceStrInfoByDesc(std::wstring descriptio
   return TextProperty(FindByDescription(devices, setup_class, description), property);
 }
 
-std::wstring CDeviceInformention::GetDeviceStrInfoByHardwareID(std::wstring hardware_id, GUID setup_class,
-                                                               enmDEVICE_PROPERTY property) {
+VELMORA_API std::wstring CDeviceInformention::GetDeviceStrInfoByHardwareID(std::wstring hardware_id,
+                                                                           GUID setup_class,
+                                                                           enmDEVICE_PROPERTY property) {
   const Entered call("GetDeviceStrInfoByHardwareID", hardware_id, setup_class,
                      static_cast<std::uint32_t>(property));
   if (call.fault != Fault::kNone) return simulator::SpoiledText(call.fault);
@@ -144,8 +147,9 @@ std::wstring CDeviceInformention::GetDeviceStrInfoByHardwareID(std::wstring hard
   return TextProperty(FindByHardwareId(devices, setup_class, hardware_id), property);
 }
 
-unsigned long CDeviceInformention::GetDeviceULONGInfoByDesc(std::wstring description, GUID setup_class,
-                                                            enmDEVICE_PROPERTY property) {
+VELMORA_API unsigned long CDeviceInformention::GetDeviceULONGInfoByDesc(std::wstring description,
+                                                                        GUID setup_class,
+                                                                        enmDEVICE_PROPERTY property) {
   const Entered call("GetDeviceULONGInfoByDesc", description, setup_class,
                      static_cast<std::uint32_t>(property));
   if (call.fault != Fault::kNone) return SpoiledNumberProperty(call.fault, property);
@@ -153,8 +157,9 @@ unsigned long CDeviceInformention::GetDeviceULONGInfoByDesc(std::wstring descrip
   return NumberProperty(FindByDescription(devices, setup_class, description), property);
 }
 
-unsigned long CDeviceInformention::GetDeviceULONGInfoByHardwareID(std::wstring hardware_id, GUID setup_class,
-                                                                  enmDEVICE_PROPERTY property) {
+VELMORA_API unsigned long CDeviceInformention::GetDeviceULONGInfoByHardwareID(std::wstring hardware_id,
+                                                                              GUID setup_class,
+                                                                              enmDEVICE_PROPERTY property) {
   const Entered call("GetDeviceULONGInfoByHardwareID", hardware_id, setup_class,
                      static_cast<std::uint32_t>(property));
   if (call.fault != Fault::kNone) return SpoiledNumberProperty(call.fault, property);
@@ -162,14 +167,14 @@ unsigned long CDeviceInformention::GetDeviceULONGInfoByHardwareID(std::wstring h
   return NumberProperty(FindByHardwareId(devices, setup_class, hardware_id), property);
 }
 
-std::uint64_t CDeviceInformention::GetLastIntallTime(std::wstring hardware_id, GUID setup_class) {
+VELMORA_API std::uint64_t CDeviceInformention::GetLastIntallTime(std::wstring hardware_id, GUID setup_class) {
   const Entered call("GetLastIntallTime", hardware_id, setup_class);
   if (call.fault != Fault::kNone) return call.fault == Fault::kUnterminated ? ~std::uint64_t{0} : 0;
   const auto* device = FindByHardwareId(Devices(call, "GetLastIntallTime"), setup_class, hardware_id);
   return device == nullptr ? 0 : device->last_install_time;
 }
 
-std::vector<std::wstring> CDeviceInformention::GetUnknownDeviceHardID() {
+VELMORA_API std::vector<std::wstring> CDeviceInformention::GetUnknownDeviceHardID() {
   const Entered call("GetUnknownDeviceHardID");
   if (call.fault != Fault::kNone) return simulator::SpoiledTexts(call.fault);
   std::vector<std::wstring> ids;
@@ -181,7 +186,8 @@ std::vector<std::wstring> CDeviceInformention::GetUnknownDeviceHardID() {
   return ids;
 }
 
-unsigned long CDeviceInformention::UnstallDeviceByHardwareID(std::wstring hardware_id, GUID setup_class) {
+VELMORA_API unsigned long CDeviceInformention::UnstallDeviceByHardwareID(std::wstring hardware_id,
+                                                                         GUID setup_class) {
   const Entered call("UnstallDeviceByHardwareID", hardware_id, setup_class);
   if (call.fault != Fault::kNone) return call.Fails() ? kRemovalFails : 0;
   auto* device = FindByHardwareId(Devices(call, "UnstallDeviceByHardwareID"), setup_class, hardware_id);

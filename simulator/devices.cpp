@@ -9,12 +9,14 @@ bool IsPresent(const Device& device) {
 }
 
 std::uint32_t TakeProblemCode(Device& device) {
+  const std::uint32_t code = PresentProblemCode(device);
   auto& next = device.next_problem_codes;
-  if (!next.empty()) {
-    const std::uint32_t code = next.front();
-    next.erase(next.begin());
-    return code;
-  }
+  if (!next.empty()) next.erase(next.begin());
+  return code;
+}
+
+std::uint32_t PresentProblemCode(const Device& device) {
+  if (!device.next_problem_codes.empty()) return device.next_problem_codes.front();
   const auto& heals_after = device.after_removal.heals_after;
   const bool is_healed =
       device.rescans_since_removal && heals_after && *device.rescans_since_removal >= *heals_after;

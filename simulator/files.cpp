@@ -41,8 +41,7 @@ Error List(Entered& call, const std::string& pattern, Listing& listing) {
   return 0;
 }
 
-template <class Character>
-Handle FindFirst(Entered& call, const std::string& pattern, FindData<Character>& data) {
+Handle FindFirst(Entered& call, const std::string& pattern, FindData& data) {
   if (simulator::IsRefused(call)) return InvalidHandle();
   Listing listing;
   const Error error = List(call, pattern, listing);
@@ -55,39 +54,22 @@ Handle FindFirst(Entered& call, const std::string& pattern, FindData<Character>&
 }
 
 /// "Success but empty" is the end of the listing.
-template <class Character>
-bool FindNext(Entered& call, Handle find, FindData<Character>& data) {
+bool FindNext(Entered& call, Handle find, FindData& data) {
   if (call.Fails()) return Succeed(simulator::kInjectedError);
   if (call.fault == Fault::kEmpty) return Succeed(simulator::kNoMoreFiles);
   auto* listing = call.session.Find<Listing>(find, "FindNextFile");
   return listing == nullptr ? Succeed(kErrorInvalidHandle) : simulator::PutNext(*listing, call.fault, data);
 }
 
-Error Delete(Entered& call, const char* path) {
-  auto& machine = call.session.machine;
-  if (!machine.files) return simulator::Unscripted(call.session, "DeleteFileA", "files");
-  return simulator::DeleteEntry(machine, path);
-}
-
 }  // namespace
 
-Handle FindFirstFileW(const wchar_t* pattern, FindData<wchar_t>& data) {
+Handle FindFirstFileW(const wchar_t* pattern, FindData& data) {
   Entered call("FindFirstFileW", pattern);
   return FindFirst(call, unicode::Utf8FromWide(pattern), data);
 }
 
-Handle FindFirstFileA(const char* pattern, FindData<char>& data) {
-  Entered call("FindFirstFileA", pattern);
-  return FindFirst(call, pattern, data);
-}
-
-bool FindNextFileW(Handle find, FindData<wchar_t>& data) {
+bool FindNextFileW(Handle find, FindData& data) {
   Entered call("FindNextFileW");
-  return FindNext(call, find, data);
-}
-
-bool FindNextFileA(Handle find, FindData<char>& data) {
-  Entered call("FindNextFileA");
   return FindNext(call, find, data);
 }
 
@@ -95,12 +77,6 @@ bool FindClose(Handle find) {
   const Closing call("FindClose");
   const bool was_open = call.session.Close(find, "FindClose");
   return Succeed(was_open && !call.Fails() ? 0 : kErrorInvalidHandle);
-}
-
-bool DeleteFileA(const char* path) {
-  Entered call("DeleteFileA", path);
-  if (call.fault != Fault::kNone) return Succeed(call.Fails() ? simulator::kInjectedError : 0);
-  return Succeed(Delete(call, path));
 }
 
 bool PathFileExistsW(const wchar_t* path) {

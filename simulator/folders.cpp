@@ -78,14 +78,14 @@ FolderHandle OpenSubfolderA(FolderHandle folder, const char* path) {
   return full ? Open(call, *full) : Refuse(kErrorPathNotFound);
 }
 
-bool ReadFolderA(FolderHandle folder, FindData<char>& data) {
+bool ReadFolderA(FolderHandle folder, FolderEntry& entry) {
   Entered call("ReadFolderA");
   if (call.Fails()) return Succeed(simulator::kInjectedError);
   if (call.fault == Fault::kEmpty) return Succeed(simulator::kNoMoreFiles);
   auto* opened = call.session.Find<OpenedFolder>(folder, "ReadFolderA");
   if (opened == nullptr) return Succeed(kErrorInvalidHandle);
   if (!opened->listing) opened->listing = {simulator::ReadEntries(call.session.machine, opened->path)};
-  return simulator::PutNext(*opened->listing, call.fault, data);
+  return simulator::PutNext(*opened->listing, call.fault, entry);
 }
 
 bool DeleteFileBelowA(FolderHandle folder, const char* path, const FileTime& last_write_time) {

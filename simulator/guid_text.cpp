@@ -1,5 +1,6 @@
 #include "simulator/guid_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -36,6 +37,15 @@ const char* SetupClassName(const GUID& setup_class) {
   return nullptr;
 }
 
+std::string SetupClassGuidText(std::string_view name) {
+  const auto found = std::ranges::find(kClasses, name, &NamedClass::name);
+  std::string text = found == kClasses.end() ? std::string() : GuidText(found->id);
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'F') character = static_cast<char>(character - 'A' + 'a');
+  }
+  return text;
+}
+
 std::string GuidText(const GUID& id) {
   const auto& d = id.Data4;
   std::array<char, 40> text{};
@@ -52,8 +62,8 @@ std::optional<GUID> ParseGuid(std::string_view text) {
   std::array<unsigned, 2> words{};
   std::array<unsigned, 8> bytes{};
   const int read = std::sscanf(std::string(text).c_str(), "%8x-%4x-%4x-%2x%2x-%2x%2x%2x%2x%2x%2x", &data1,
-                               &words[0], &words[1], &bytes[0], &bytes[1], &bytes[2], &bytes[3], &bytes[4],
-                               &bytes[5], &bytes[6], &bytes[7]);
+                               words.data(), &words[1], bytes.data(), &bytes[1], &bytes[2], &bytes[3],
+                               &bytes[4], &bytes[5], &bytes[6], &bytes[7]);
   if (read != 11) return std::nullopt;
   GUID id{};
   id.Data1 = data1;

@@ -7,6 +7,8 @@
 #include <ranges>
 #include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "simulator/device_class.h"
 #include "simulator/session.h"
@@ -20,8 +22,9 @@ using velmora::hal::DeviceRecord;
 namespace {
 
 const DeviceClassScript* FindScript(unsigned int device_class) {
-  static const std::array kScripts{&simulator::kBaseboardScript, &simulator::kCpuScript,
-                                   &simulator::kDiskScript, &simulator::kMemoryScript,
+  static const std::array kScripts{&simulator::kAudioScript,         &simulator::kBaseboardScript,
+                                   &simulator::kCpuScript,           &simulator::kDiskScript,
+                                   &simulator::kFailingDriverScript, &simulator::kMemoryScript,
                                    &simulator::kVideoScript};
   const auto found = std::ranges::find_if(kScripts, [=](const DeviceClassScript* script) {
     return static_cast<unsigned int>(script->device_class) == device_class;
@@ -47,8 +50,10 @@ DeviceArgument FindDevice(const Session& session, const DeviceClassScript* scrip
   }
   for (const auto& table : session.tables | std::views::reverse) {
     if (table.begin == device) return {.shown = "table"};
-    const auto number = table.EntryAt(device);
-    if (number) return {.shown = "entry " + std::to_string(*number), .number = number};
+    const auto position = table.EntryAt(device);
+    if (!position) continue;
+    const auto number = table.numbers.empty() ? *position : table.numbers.at(*position);
+    return {.shown = "entry " + std::to_string(*position), .number = number};
   }
   return {.shown = "pointer", .is_valid = false};
 }
@@ -57,7 +62,9 @@ DeviceArgument FindDevice(const Session& session, const DeviceClassScript* scrip
 void* MakeTable(Session& session, const DeviceClassScript& script) {
   const std::size_t count = script.count_entries(session.machine);
   void* table = simulator::MakeTable(count, script.entry_size);
-  session.tables.push_back({static_cast<const char*>(table), count, script.entry_size});
+  auto numbers = script.number_entries == nullptr ? std::vector<std::uint32_t>()
+                                                  : script.number_entries(session.machine);
+  session.tables.push_back({static_cast<const char*>(table), count, script.entry_size, std::move(numbers)});
   return table;
 }
 
@@ -85,7 +92,8 @@ int HalInit(unsigned int device_class, void** table) {
   if (table == nullptr || call.fault == Fault::kEmpty) return 1;
   const auto* script = FindScript(device_class);
   if (script != nullptr && script->count_entries != nullptr) *table = MakeTable(call.session, *script);
-  return 1;
+  const auto& answer = call.session.init_answer;
+  return answer ? answer(device_class, *table) : 1;
 }
 
 int HalQueryInformation(unsigned int device_class, void* device, unsigned int information_id, void* buffer,

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/os/files.h"
+#include "platform/os/folders.h"
 #include "simulator/machine.h"
 #include "simulator/run.h"
 
@@ -19,10 +19,7 @@ inline constexpr Error kNoMoreFiles = 18;
 struct Entry {
   std::string name;
   std::uint32_t attributes = velmora::os::kFileAttributeDirectory;
-  velmora::os::FileTime creation_time{};
-  velmora::os::FileTime last_access_time{};
   velmora::os::FileTime last_write_time{};
-  std::uint64_t size = 0;
 };
 
 struct Listing {
@@ -35,9 +32,7 @@ std::vector<Entry> ReadEntries(Machine& machine, std::string_view path);
 
 /// Gives the listing's next entry, with kUnterminated under a name that fills its field; false with the last
 /// error at the end.
-bool PutNext(Listing& listing, Fault fault, velmora::os::FindData<char>& data);
-bool PutNext(Listing& listing, Fault fault, velmora::os::FindData<wchar_t>& data);
-
-velmora::os::FileTime FileTimeOf(std::uint64_t units);
+bool PutNext(Listing& listing, Fault fault, velmora::os::FindData& data);
+bool PutNext(Listing& listing, Fault fault, velmora::os::FolderEntry& data);
 
 }  // namespace simulator

@@ -145,7 +145,9 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path,
                std::map<std::string, Element>& elements) {
   if (!json.is_object()) source.Fail(path, "must be an object");
   elements.clear();
-  for (const auto& [key, value] : json.items()) Read(source, value, path + "/" + key, elements[key]);
+  const std::string folder = path + "/";
+  for (const auto& [key, value] : json.items())
+    Read(source, value, std::string(folder).append(key), elements[key]);
 }
 
 /// An optional value is given by being there; `null` says expressly that it is not.

@@ -88,7 +88,8 @@ ComResult FirewallNextRule(ComObject enumerator, ComObject& rule) {
   auto* walk = call.session.Find<simulator::FirewallRuleWalk>(enumerator, "FirewallNextRule");
   if (walk == nullptr) return simulator::kBadPointer;
   if (walk->next >= call.session.machine.firewall->rules.size()) return kComFalse;
-  rule = simulator::OpenObject(call.session, simulator::FirewallRuleObject{walk->next++});
+  rule = simulator::OpenObject(call.session,
+                               simulator::UnknownObject{simulator::FirewallRuleInterface{walk->next++}});
   return kComOk;
 }
 

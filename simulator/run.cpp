@@ -109,12 +109,13 @@ bool Session::Close(const void* handle, std::string_view closer) {
 }
 
 bool Session::CloseNewest(std::string_view closer) {
-  for (auto entry = opened_.rbegin(); entry != opened_.rend(); ++entry) {
-    if (entry->second.closer != closer) continue;
-    return Close(reinterpret_cast<void*>(static_cast<std::uintptr_t>(entry->first)), closer);
+  const auto newest = std::find_if(opened_.rbegin(), opened_.rend(),
+                                   [closer](const auto& entry) { return entry.second.closer == closer; });
+  if (newest == opened_.rend()) {
+    ReportProblem(std::string(closer) + " was called, but nothing is open that it closes");
+    return false;
   }
-  ReportProblem(std::string(closer) + " was called, but nothing is open that it closes");
-  return false;
+  return Close(reinterpret_cast<void*>(static_cast<std::uintptr_t>(newest->first)), closer);
 }
 
 void* Session::Lend(std::string_view closer, std::size_t size) {
@@ -181,6 +182,7 @@ void Run::BeforeCall(int number, std::function<void(Machine&)> change) {
 }
 
 void Run::OnQuery(QueryAnswer answer) { session_->query_answer = std::move(answer); }
+void Run::OnInit(InitAnswer answer) { session_->init_answer = std::move(answer); }
 
 Run Use(Machine machine) { return Run(std::move(machine)); }
 

@@ -57,6 +57,10 @@ struct Query {
 /// machine.
 using QueryAnswer = std::function<std::optional<int>(const Query&)>;
 
+/// Gives the value of HalInit, for answers that no machine should give. The table of the class has been
+/// handed out by then, and may be changed.
+using InitAnswer = std::function<int(unsigned int device_class, void* table)>;
+
 class Session;
 
 /// Uses `machine` for the object's life; a second one meanwhile is a problem. Ending reports handles that
@@ -90,6 +94,9 @@ class Run {
   /// Lets `answer` stand before the machine, for answers that no machine should give: a success value of 2, a
   /// buffer that is half written by a query that fails, a returned size of 4 GB. It may throw.
   void OnQuery(QueryAnswer answer);
+
+  /// Lets `answer` give the value of every HalInit that is not made to go wrong.
+  void OnInit(InitAnswer answer);
 
   /// Handles that stand open.
   int OpenHandles() const;

@@ -24,8 +24,9 @@ struct HandedOutTable {
   const char* begin;
   std::size_t count;
   std::size_t entry_size;
+  std::vector<std::uint32_t> numbers;  ///< what each entry stands for; empty: for its position
 
-  /// The number of the entry that begins at `address`; nothing when none does.
+  /// The position of the entry that begins at `address`; nothing when none does.
   std::optional<std::uint32_t> EntryAt(const void* address) const;
 };
 
@@ -89,6 +90,7 @@ class Session {
   int fault_at = 0;
   bool fault_is_forever = false;
   QueryAnswer query_answer;
+  InitAnswer init_answer;
   std::vector<HandedOutTable> tables;
   std::set<std::uint64_t> open_handles;
   std::vector<std::shared_ptr<void>> kept;  ///< what has to live as long as the session

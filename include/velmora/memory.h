@@ -28,7 +28,7 @@ class VELMORA_API CMemory {
   int GetMemoryNums(unsigned int& count);
 
   /// Capacity of all modules together, in bytes. Succeeds when there are modules, also when a module could
-  /// not be read: the total then covers those before it.
+  /// not be read: the total then covers those before it. More than 4096 modules are never asked.
   int GetTotalMemoryNums(std::uint64_t& total);
 
   /// Where the module sits, such as "ChannelA-DIMM0".

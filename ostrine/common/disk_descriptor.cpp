@@ -107,7 +107,7 @@ std::optional<StorageDescriptor> ParseStorageDescriptor(Bytes descriptor) {
 
 std::string ReadableSerial(std::string_view text) {
   constexpr std::size_t kCodedLength = 40;
-  const std::string clean = CleanDiskText(text);
+  std::string clean = CleanDiskText(text);
   if (clean.size() != kCodedLength) return clean;
   const auto decoded = FromHex(clean);
   return decoded ? CleanDiskText(Turned(*decoded)) : clean;

@@ -21,7 +21,7 @@ bool IsWhole(Block block) {
 
 /// Three letters of five bits each, 1 for A, behind one bit that is 0.
 std::string Maker(Block block) {
-  const unsigned int packed = static_cast<unsigned int>(block[8] << 8 | block[9]);
+  const auto packed = static_cast<unsigned int>(block[8] << 8 | block[9]);
   std::string maker;
   for (const unsigned int shift : {10u, 5u, 0u}) {
     const unsigned int letter = packed >> shift & 31;
@@ -49,7 +49,7 @@ std::optional<EdidMode> DetailedTiming(Descriptor timing) {
   const auto length = [&](std::size_t low, std::size_t high, unsigned int shift) {
     return static_cast<std::uint32_t>(timing[low] | (timing[high] >> shift & 15) << 8);
   };
-  const std::uint64_t tens_of_kilohertz = static_cast<std::uint64_t>(timing[0] | timing[1] << 8);
+  const auto tens_of_kilohertz = static_cast<std::uint64_t>(timing[0] | timing[1] << 8);
   const std::uint32_t width = length(2, 4, 4);
   const std::uint32_t lines = length(5, 7, 4);
   const std::uint64_t dots = std::uint64_t{width} + length(3, 4, 0);

@@ -37,33 +37,56 @@ std::optional<std::uint16_t> TakeNumber(std::string_view& line) {
 
 bool TakeNumber(std::string_view& line, std::uint16_t wanted) { return TakeNumber(line) == wanted; }
 
+/// Goes down a list line by line: into the vendor that is looked for, into its device, to the subsystem.
+class Search {
+ public:
+  explicit Search(const ListedNumbers& numbers) : numbers_(numbers) {}
+
+  /// False once nothing that is looked for can follow.
+  bool Continue(std::string_view line) {
+    const std::size_t depth = std::min(line.find_first_not_of('\t'), line.size());
+    line.remove_prefix(depth);
+    if (depth == 0) return ContinueAt(in_vendor_, numbers_.vendor, names_.vendor, line);
+    if (depth == 1 && in_vendor_) return ContinueAt(in_device_, numbers_.device, names_.device, line);
+    return depth != 2 || !in_device_ || !IsSubsystem(line);
+  }
+
+  const ListedNames& names() const { return names_; }
+
+ private:
+  /// Every vendor, and every device of a vendor, stands there once.
+  static bool ContinueAt(bool& inside, std::uint16_t number, std::string_view& name, std::string_view line) {
+    if (inside) return false;
+    inside = TakeNumber(line, number);
+    if (inside) name = line;
+    return true;
+  }
+
+  bool IsSubsystem(std::string_view line) {
+    if (numbers_.subsystem_vendor == 0 || !TakeNumber(line, numbers_.subsystem_vendor) ||
+        !TakeNumber(line, numbers_.subsystem_device)) {
+      return false;
+    }
+    names_.subsystem = line;
+    return true;
+  }
+
+  const ListedNumbers& numbers_;
+  ListedNames names_;
+  bool in_vendor_ = false;
+  bool in_device_ = false;
+};
+
 }  // namespace
 
 ListedNames FindListedNames(std::string_view list, const ListedNumbers& numbers) noexcept {
-  ListedNames names;
-  bool in_vendor = false;
-  bool in_device = false;
+  Search search(numbers);
   while (!list.empty()) {
-    std::string_view line = TakeLine(list);
+    const std::string_view line = TakeLine(list);
     if (line.empty() || line.front() == '#') continue;
-    const std::size_t depth = std::min(line.find_first_not_of('\t'), line.size());
-    line.remove_prefix(depth);
-    if (depth == 0) {
-      if (in_vendor) break;  // every vendor stands there once
-      in_vendor = TakeNumber(line, numbers.vendor);
-      if (in_vendor) names.vendor = line;
-    } else if (depth == 1 && in_vendor) {
-      if (in_device) break;
-      in_device = TakeNumber(line, numbers.device);
-      if (in_device) names.device = line;
-    } else if (depth == 2 && in_device && numbers.subsystem_vendor != 0) {
-      if (TakeNumber(line, numbers.subsystem_vendor) && TakeNumber(line, numbers.subsystem_device)) {
-        names.subsystem = line;
-        break;
-      }
-    }
+    if (!search.Continue(line)) break;
   }
-  return names;
+  return search.names();
 }
 
 }  // namespace ostrine

@@ -110,7 +110,7 @@ bool PrepareVideo(void** table) {
 bool QueryVideo(void* device, unsigned int information_id, Answer& answer) {
   constexpr unsigned int kCount = 0;
   constexpr unsigned int kFactsOfACard = 6;
-  constexpr unsigned int kFirstOfDisplay = static_cast<unsigned int>(DisplayFact::kResolution);
+  constexpr auto kFirstOfDisplay = static_cast<unsigned int>(DisplayFact::kResolution);
   if (information_id >= kFirstOfDisplay) {
     return AnswerDisplay(static_cast<DisplayFact>(information_id), answer);
   }

@@ -55,7 +55,7 @@ bool ReadFlag(sd_bus_message* message, bool& flag) {
 
 template <class Number>
 bool ReadNumber(sd_bus_message* message, char type, std::optional<Number>& number) {
-  constexpr Number kNone = static_cast<Number>(~Number{0});
+  constexpr auto kNone = static_cast<Number>(~Number{0});
   Number value = kNone;
   if (!ReadVariant(message, type, value)) return false;
   if (value != kNone) number = value;

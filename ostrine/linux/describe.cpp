@@ -159,7 +159,6 @@ std::wstring OwnName(const Device& device) {
     case Device::Bus::kHid:
       return WideFromUtf8(HidName(device));
     case Device::Bus::kSerio:
-      return WideFromUtf8(InputName(device));
     case Device::Bus::kAcpi:
       return WideFromUtf8(InputName(device));
     case Device::Bus::kBluetooth:

@@ -10,6 +10,7 @@
 #include "ostrine/linux/driver.h"
 #include "ostrine/linux/last_error.h"
 #include "ostrine/linux/uninstall.h"
+#include "platform/ostrine/interface_guid.h"
 #include "platform/ostrine/setup_class.h"
 #include "platform/unicode.h"
 
@@ -53,6 +54,7 @@ DeviceQuery::DeviceQuery(Path root, const GUID& setup_class)
 std::vector<std::wstring> DeviceQuery::Descriptions() const {
   NameDatabase names(root_);
   std::vector<std::wstring> descriptions;
+  descriptions.reserve(devices_.size());
   for (const Device& device : devices_) descriptions.push_back(Describe(device, names));
   return descriptions;
 }
@@ -140,6 +142,22 @@ std::wstring SetupClassName(SetupClass setup_class) {
   return found == std::end(kClasses) ? std::wstring() : found->name;
 }
 
+std::string SetupClassIdText(SetupClass setup_class) {
+  const auto* const found =
+      std::find_if(std::begin(kClasses), std::end(kClasses),
+                   [&](const NamedClass& known) { return known.setup_class == setup_class; });
+  if (found == std::end(kClasses)) return {};
+  std::string text = velmora::GuidText(found->id);
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'F') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+bool IsMadeUpByKernel(const Path& root, const Device& device) {
+  return !ResolveBelow(device.node, DevicesFolder(root) / "virtual").empty();
+}
+
 std::wstring InstanceId(const Device& device) {
   if (device.ids.hardware.empty()) return WideFromUtf8(device.address);
   return device.ids.hardware.front() + L"\\" + WideFromUtf8(device.address);
@@ -147,11 +165,10 @@ std::wstring InstanceId(const Device& device) {
 
 std::vector<std::wstring> UnknownHardwareIds(const Path& root) {
   constexpr std::uint32_t kNoDriver = 28;
-  const Path virtual_devices = DevicesFolder(root) / "virtual";
   std::vector<std::wstring> ids;
   for (const Device& device : ListDevices(root)) {
     if (device.ids.hardware.empty() || ProblemCode(root, device) != kNoDriver) continue;
-    if (ResolveBelow(device.node, virtual_devices).empty()) ids.push_back(device.ids.hardware.front());
+    if (!IsMadeUpByKernel(root, device)) ids.push_back(device.ids.hardware.front());
   }
   return ids;
 }

@@ -47,6 +47,13 @@ SetupClass SetupClassOf(const GUID& id);
 /// The class's name, as the system's lists of classes have it.
 std::wstring SetupClassName(SetupClass setup_class);
 
+/// Its identifier as the system's device tree has it: "{4d36e972-e325-11ce-bfc1-08002be10318}"; empty for
+/// kNone.
+std::string SetupClassIdText(SetupClass setup_class);
+
+/// Whether there is nothing but the kernel behind the device.
+bool IsMadeUpByKernel(const Path& root, const Device& device);
+
 /// Hardware ID and bus address: unlike the hardware ID it names one device only.
 std::wstring InstanceId(const Device& device);
 

@@ -57,7 +57,7 @@ std::optional<std::int64_t> Current(const Path& supply) {
   const std::int64_t magnitude = *current < 0 ? -*current : *current;
   if (status == "Discharging") return -magnitude;
   if (status == "Charging") return magnitude;
-  return *current;
+  return current;
 }
 
 }  // namespace

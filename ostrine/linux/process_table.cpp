@@ -13,6 +13,12 @@ namespace {
 
 using velmora::unicode::WideFromUtf8;
 
+struct ListedProcess {
+  std::uint32_t number = 0;
+  Path folder;
+  std::string executable;  ///< its path; empty when it may not be known or there is none
+};
+
 std::optional<std::uint32_t> ProcessNumber(std::string_view name) {
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
@@ -48,6 +54,16 @@ WqlValue TextOrNull(const std::string& text) {
   return WideFromUtf8(text);
 }
 
+WqlValue PropertyOf(const ListedProcess& process, std::wstring_view property) {
+  if (EqualIgnoringCase(property, L"ProcessId")) return std::uint64_t{process.number};
+  if (EqualIgnoringCase(property, L"ExecutablePath")) return TextOrNull(process.executable);
+  if (EqualIgnoringCase(property, L"Caption") || EqualIgnoringCase(property, L"Name")) {
+    return TextOrNull(process.executable.empty() ? CleanAttribute(process.folder / "comm")
+                                                 : Path(process.executable).filename().string());
+  }
+  return {};
+}
+
 }  // namespace
 
 void VisitProcesses(const Path& root, const WqlVisitor& visit) {
@@ -55,18 +71,10 @@ void VisitProcesses(const Path& root, const WqlVisitor& visit) {
     const auto number = ProcessNumber(name);
     if (!number) continue;
     const Path folder = root / "proc" / name;
-    const std::string executable = ExecutableOf(folder);
+    const ListedProcess process{.number = *number, .folder = folder, .executable = ExecutableOf(folder)};
     // A process that has ended has no program any more, but not every one without a program has ended.
-    if (executable.empty() && !IsAlive(folder)) continue;
-    const auto row = [&](std::wstring_view property) -> WqlValue {
-      if (EqualIgnoringCase(property, L"ProcessId")) return std::uint64_t{*number};
-      if (EqualIgnoringCase(property, L"ExecutablePath")) return TextOrNull(executable);
-      if (EqualIgnoringCase(property, L"Caption") || EqualIgnoringCase(property, L"Name")) {
-        return TextOrNull(executable.empty() ? CleanAttribute(folder / "comm")
-                                             : Path(executable).filename().string());
-      }
-      return {};
-    };
+    if (process.executable.empty() && !IsAlive(folder)) continue;
+    const auto row = [&process](std::wstring_view property) { return PropertyOf(process, property); };
     if (!visit(row)) return;
   }
 }

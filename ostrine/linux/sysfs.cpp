@@ -1,7 +1,10 @@
 #include "ostrine/linux/sysfs.h"
 
+#include <dirent.h>
+
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <system_error>
 
 #include "ostrine/common/natural_order.h"
@@ -21,17 +24,22 @@ std::optional<Number> Parse(std::string_view text, int base) {
   return number;
 }
 
+struct FolderCloser {
+  void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
 }  // namespace
 
 std::vector<std::string> EntryNames(const Path& folder, std::string_view start, std::size_t limit) {
   std::vector<std::string> names;
-  std::error_code error;
+  const std::unique_ptr<DIR, FolderCloser> open(opendir(folder.c_str()));
+  if (!open) return names;
   std::size_t seen = 0;
-  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
+  while (const dirent* const entry = readdir(open.get())) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
     if (++seen > limit) break;
-    std::string name = entry->path().filename().string();
-    if (name.starts_with(start)) names.push_back(std::move(name));
+    if (name.starts_with(start)) names.emplace_back(name);
   }
   std::sort(names.begin(), names.end(), ComesBefore);
   return names;

@@ -144,6 +144,7 @@ std::vector<std::string> DisplayFunctions(const Path& root) {
 VideoCards FindVideoCards(const Path& root) {
   const std::vector<std::string> addresses = DisplayFunctions(root);
   std::vector<VideoCardTraits> traits;
+  traits.reserve(addresses.size());
   for (const std::string& address : addresses) traits.push_back(TraitsOf(root, address));
   const VideoCardChoice choice = ChooseVideoCards(traits);
   VideoCards cards{.count = choice.count};

@@ -88,7 +88,7 @@ unsigned long NumberOf(const std::optional<Device>& device, enmDEVICE_PROPERTY p
 
 }  // namespace
 
-[[gnu::dllexport]] std::vector<std::wstring> CDeviceInformention::GetDeviceDesc(GUID setup_class) {
+std::vector<std::wstring> CDeviceInformention::GetDeviceDesc(GUID setup_class) {
   return Guarded(std::vector<std::wstring>(), [&] {
     std::vector<std::wstring> descriptions;
     DeviceSet(setup_class).ForEach([&](const Device& device) {
@@ -98,7 +98,7 @@ unsigned long NumberOf(const std::optional<Device>& device, enmDEVICE_PROPERTY p
   });
 }
 
-[[gnu::dllexport]] std::vector<std::wstring> CDeviceInformention::GetDeviceHardwareID(GUID setup_class) {
+std::vector<std::wstring> CDeviceInformention::GetDeviceHardwareID(GUID setup_class) {
   return Guarded(std::vector<std::wstring>(), [&] {
     std::vector<std::wstring> ids;
     DeviceSet(setup_class).ForEach([&](const Device& device) {
@@ -109,42 +109,39 @@ unsigned long NumberOf(const std::optional<Device>& device, enmDEVICE_PROPERTY p
   });
 }
 
-[[gnu::dllexport]] std::wstring CDeviceInformention::GetDeviceStrInfoByDesc(std::wstring description,
-                                                                            GUID setup_class,
-                                                                            enmDEVICE_PROPERTY property) {
+std::wstring CDeviceInformention::GetDeviceStrInfoByDesc(std::wstring description, GUID setup_class,
+                                                         enmDEVICE_PROPERTY property) {
   return Guarded(std::wstring(), [&] {
     const DeviceSet devices(setup_class);
     return TextOf(FindByDescription(devices, description), property);
   });
 }
 
-[[gnu::dllexport]] std::wstring CDeviceInformention::GetDeviceStrInfoByHardwareID(
-    std::wstring hardware_id, GUID setup_class, enmDEVICE_PROPERTY property) {
+std::wstring CDeviceInformention::GetDeviceStrInfoByHardwareID(std::wstring hardware_id, GUID setup_class,
+                                                               enmDEVICE_PROPERTY property) {
   return Guarded(std::wstring(), [&] {
     const DeviceSet devices(setup_class);
     return TextOf(FindByHardwareId(devices, hardware_id), property);
   });
 }
 
-[[gnu::dllexport]] unsigned long CDeviceInformention::GetDeviceULONGInfoByDesc(std::wstring description,
-                                                                               GUID setup_class,
-                                                                               enmDEVICE_PROPERTY property) {
+unsigned long CDeviceInformention::GetDeviceULONGInfoByDesc(std::wstring description, GUID setup_class,
+                                                            enmDEVICE_PROPERTY property) {
   return Guarded(UnansweredNumber(property), [&] {
     const DeviceSet devices(setup_class);
     return NumberOf(FindByDescription(devices, description), property);
   });
 }
 
-[[gnu::dllexport]] unsigned long CDeviceInformention::GetDeviceULONGInfoByHardwareID(
-    std::wstring hardware_id, GUID setup_class, enmDEVICE_PROPERTY property) {
+unsigned long CDeviceInformention::GetDeviceULONGInfoByHardwareID(std::wstring hardware_id, GUID setup_class,
+                                                                  enmDEVICE_PROPERTY property) {
   return Guarded(UnansweredNumber(property), [&] {
     const DeviceSet devices(setup_class);
     return NumberOf(FindByHardwareId(devices, hardware_id), property);
   });
 }
 
-[[gnu::dllexport]] std::uint64_t CDeviceInformention::GetLastIntallTime(std::wstring hardware_id,
-                                                                        GUID setup_class) {
+std::uint64_t CDeviceInformention::GetLastIntallTime(std::wstring hardware_id, GUID setup_class) {
   return Guarded(std::uint64_t{0}, [&]() -> std::uint64_t {
     const DeviceSet devices(setup_class);
     const auto device = FindByHardwareId(devices, hardware_id);
@@ -154,7 +151,7 @@ unsigned long NumberOf(const std::optional<Device>& device, enmDEVICE_PROPERTY p
   });
 }
 
-[[gnu::dllexport]] std::vector<std::wstring> CDeviceInformention::GetUnknownDeviceHardID() {
+std::vector<std::wstring> CDeviceInformention::GetUnknownDeviceHardID() {
   return Guarded(std::vector<std::wstring>(), [] {
     std::vector<std::wstring> ids;
     DeviceSet().ForEach([&](const Device& device) {
@@ -166,8 +163,7 @@ unsigned long NumberOf(const std::optional<Device>& device, enmDEVICE_PROPERTY p
   });
 }
 
-[[gnu::dllexport]] unsigned long CDeviceInformention::UnstallDeviceByHardwareID(std::wstring hardware_id,
-                                                                                GUID setup_class) {
+unsigned long CDeviceInformention::UnstallDeviceByHardwareID(std::wstring hardware_id, GUID setup_class) {
   return Guarded(static_cast<unsigned long>(ERROR_NOT_ENOUGH_MEMORY), [&]() -> unsigned long {
     const DeviceSet devices(setup_class);
     auto device = FindByHardwareId(devices, hardware_id);

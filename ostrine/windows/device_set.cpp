@@ -91,8 +91,8 @@ std::optional<FILETIME> Device::Time(const DEVPROPKEY& key) const {
 std::wstring Device::InstanceId() const {
   SP_DEVINFO_DATA data = data_;
   wchar_t id[MAX_DEVICE_ID_LEN + 1] = {};
-  const bool got = SetupDiGetDeviceInstanceIdW(set_, &data, id, MAX_DEVICE_ID_LEN, nullptr);
-  return got ? std::wstring(id) : std::wstring();
+  const BOOL got = SetupDiGetDeviceInstanceIdW(set_, &data, id, MAX_DEVICE_ID_LEN, nullptr);
+  return got != FALSE ? std::wstring(id) : std::wstring();
 }
 
 std::vector<std::uint8_t> Device::DriverValue(const wchar_t* name) const {
@@ -140,7 +140,7 @@ DWORD Device::Remove() {
   }
   SP_DEVINSTALL_PARAMS_W parameters{};
   parameters.cbSize = sizeof parameters;
-  const bool stays = SetupDiGetDeviceInstallParamsW(set_, &data_, &parameters) &&
+  const bool stays = SetupDiGetDeviceInstallParamsW(set_, &data_, &parameters) != FALSE &&
                      (parameters.Flags & (DI_NEEDREBOOT | DI_NEEDRESTART)) != 0;
   return stays ? ERROR_SUCCESS_REBOOT_REQUIRED : ERROR_SUCCESS;
 }
@@ -156,7 +156,7 @@ DeviceSet::~DeviceSet() {
 }
 
 bool DeviceSet::Next(DWORD index, SP_DEVINFO_DATA& data) const noexcept {
-  return set_ != INVALID_HANDLE_VALUE && SetupDiEnumDeviceInfo(set_, index, &data);
+  return set_ != INVALID_HANDLE_VALUE && SetupDiEnumDeviceInfo(set_, index, &data) != FALSE;
 }
 
 }  // namespace ostrine

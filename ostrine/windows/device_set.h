@@ -63,6 +63,9 @@ class DeviceSet {
   DeviceSet& operator=(const DeviceSet&) = delete;
   ~DeviceSet();
 
+  /// False when the system could not list the devices, which are none then.
+  bool IsListed() const noexcept { return set_ != INVALID_HANDLE_VALUE; }
+
   /// The first device, in the system's order, that `matches`.
   template <class Matches>
   std::optional<Device> Find(Matches matches) const {

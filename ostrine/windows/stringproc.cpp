@@ -4,7 +4,7 @@
 
 #include <climits>
 
-[[gnu::dllexport]] std::wstring StringProc::StringToWString(const std::string& text) {
+std::wstring StringProc::StringToWString(const std::string& text) {
   try {
     if (text.empty() || text.size() > INT_MAX) return {};
     const int size = static_cast<int>(text.size());

@@ -60,7 +60,7 @@ HRESULT AskFirmware(IWbemServices& services, std::uint64_t input, std::vector<st
 
 }  // namespace
 
-[[gnu::dllexport]] CWMI::CWMI(std::wstring name_space) : name_space_(std::move(name_space)) {
+CWMI::CWMI(std::wstring name_space) : name_space_(std::move(name_space)) {
   HRESULT result = S_OK;
   connection_[kApartment] = ostrine::Apartment::Enter(result);
   if (connection_[kApartment] != nullptr && ostrine::Apartment::MayUseCom(result)) {
@@ -75,14 +75,14 @@ HRESULT AskFirmware(IWbemServices& services, std::uint64_t input, std::vector<st
   state_ = static_cast<std::uint32_t>(result);
 }
 
-[[gnu::dllexport]] CWMI::~CWMI() {
+CWMI::~CWMI() {
   // The objects go before the thread leaves COM.
   for (const Word word : {kServices, kLocator, kApartment}) {
     if (connection_[word] != nullptr) connection_[word]->Release();
   }
 }
 
-[[gnu::dllexport]] std::wstring CWMI::SelectStr(const std::wstring& query, const std::wstring& property) {
+std::wstring CWMI::SelectStr(const std::wstring& query, const std::wstring& property) {
   return ostrine::Guarded(std::wstring(), [&] {
     ostrine::ComValue value;
     CIMTYPE type = CIM_EMPTY;
@@ -91,7 +91,7 @@ HRESULT AskFirmware(IWbemServices& services, std::uint64_t input, std::vector<st
   });
 }
 
-[[gnu::dllexport]] unsigned int CWMI::SelectUInt(const std::wstring& query, const std::wstring& property) {
+unsigned int CWMI::SelectUInt(const std::wstring& query, const std::wstring& property) {
   return ostrine::Guarded(0u, [&] {
     ostrine::ComValue value;
     CIMTYPE type = CIM_EMPTY;
@@ -100,8 +100,7 @@ HRESULT AskFirmware(IWbemServices& services, std::uint64_t input, std::vector<st
   });
 }
 
-[[gnu::dllexport]] bool CWMI::GetOutPutUInt(std::uint64_t input, unsigned char* output,
-                                            unsigned int output_size) {
+bool CWMI::GetOutPutUInt(std::uint64_t input, unsigned char* output, unsigned int output_size) {
   IWbemServices* services = Services(connection_[kServices]);
   const DWORD error = ostrine::Guarded(static_cast<DWORD>(ERROR_NOT_ENOUGH_MEMORY), [&]() -> DWORD {
     if (output == nullptr && output_size != 0) return ERROR_INVALID_PARAMETER;

@@ -35,7 +35,9 @@ struct Device {
   std::string instance_id;
   Text type;  ///< absent: the name of the setup class
   std::string name;
-  std::uint32_t problem_code = 0;
+  std::string service;             ///< the driver service that it is bound to
+  std::string status = "Error";    ///< what the list of failing devices says of it
+  std::uint32_t problem_code = 0;  ///< unless 0 the device is in the list of failing ones
   /// Problem codes that the next readings give, one each, before `problem_code` counts.
   std::vector<std::uint32_t> next_problem_codes;
   std::uint64_t last_install_time = 0;  ///< milliseconds since 1970-01-01 UTC
@@ -61,6 +63,8 @@ void Fields(Archive& archive, Device& device) {
   archive.Field("instance_id", device.instance_id);
   archive.Field("type", device.type);
   archive.Field("name", device.name);
+  archive.Field("service", device.service);
+  archive.Field("status", device.status);
   archive.Field("problem_code", device.problem_code);
   archive.Field("next_problem_codes", device.next_problem_codes);
   archive.Field("last_install_time", device.last_install_time);
@@ -75,6 +79,9 @@ bool IsPresent(const Device& device);
 
 /// What the next reading of its problem code gives; a scripted reading is used up.
 std::uint32_t TakeProblemCode(Device& device);
+
+/// The same without using anything up: what the device's state is, whoever looks.
+std::uint32_t PresentProblemCode(const Device& device);
 
 /// Removes a device that is present; gives the error instead when it cannot be removed.
 Error Remove(Device& device);

@@ -1,5 +1,7 @@
 #include "velmora/memory.h"
 
+#include <algorithm>
+
 #include "inventory/memory_load.h"
 #include "platform/guard.h"
 #include "platform/halquery.h"
@@ -12,6 +14,9 @@ using velmora::os::MemoryStatus;
 namespace {
 
 constexpr auto kMemory = DeviceClass::kMemory;
+
+/// A count above this is none: so many modules fit no board.
+constexpr std::uint32_t kMostModules = 4096;
 
 /// Information ids of the class.
 enum Id : std::uint32_t {
@@ -81,7 +86,7 @@ int CMemory::GetMemoryNums(unsigned int& count) {
 
 int CMemory::GetTotalMemoryNums(std::uint64_t& total) {
   total = 0;
-  const std::uint32_t count = velmora::hal::Number(kMemory, kCount);
+  const std::uint32_t count = std::min(velmora::hal::Number(kMemory, kCount), kMostModules);
   if (count == 0) return 0;
   for (std::uint32_t i = 0; i < count && module_table_ != nullptr; ++i) {
     std::uint64_t capacity = 0;

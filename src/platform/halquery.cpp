@@ -5,8 +5,10 @@
 #include <bit>
 #include <concepts>
 #include <cstdlib>
+#include <cstring>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "platform/guard.h"
 #include "platform/os/text.h"
@@ -111,8 +113,24 @@ bool Prepare(DeviceClass device_class) noexcept {
 }
 
 bool PrepareTable(DeviceClass device_class, void*& table) noexcept {
+  return PrepareTableResult(device_class, table) != 0;
+}
+
+int PrepareTableResult(DeviceClass device_class, void*& table) noexcept {
   table = nullptr;
-  return Answer(false, [&] { return HalInit(Raw(device_class), &table) != 0; });
+  return Answer(0, [&] { return HalInit(Raw(device_class), &table); });
+}
+
+std::int32_t FailingDriverCount(const void* table) noexcept {
+  if (table == nullptr) return 0;
+  std::uint32_t count = 0;
+  std::memcpy(&count, static_cast<const std::byte*>(table) + kFailingDriverCountAt, sizeof count);
+  return std::in_range<std::int32_t>(count) ? static_cast<std::int32_t>(count) : 0;
+}
+
+void* FailingDriverEntry(void* table, std::int32_t index) noexcept {
+  return static_cast<std::byte*>(table) + kTableHeadSize +
+         kFailingDriverSize * static_cast<std::size_t>(index);
 }
 
 void ReleaseTable(void*& table) noexcept {

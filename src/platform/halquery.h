@@ -22,6 +22,17 @@ bool Prepare(DeviceClass device_class) noexcept;
 /// the abstraction library refuses; the table is null then, and also when the library made none.
 bool PrepareTable(DeviceClass device_class, void*& table) noexcept;
 
+/// The same with the abstraction library's own result, for whoever tells one success from another; 0 when it
+/// fails.
+int PrepareTableResult(DeviceClass device_class, void*& table) noexcept;
+
+/// The count of entries that stands in the head of a table of failing drivers; 0 for null, and for a count
+/// that no signed number holds.
+std::int32_t FailingDriverCount(const void* table) noexcept;
+
+/// The place of entry `index` in a table of failing drivers that has that many.
+void* FailingDriverEntry(void* table, std::int32_t index) noexcept;
+
 /// Releases a table that PrepareTable gave and forgets it; null is allowed.
 void ReleaseTable(void*& table) noexcept;
 

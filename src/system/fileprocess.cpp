@@ -58,13 +58,13 @@ struct Level {
 
 /// Shows `files` what the folder `level` holds and adds its subfolders to it. Links to folders are neither.
 void ReadLevel(velmora::os::FolderHandle folder, Level& level, OldestFiles& files) {
-  velmora::os::FindData<char> data{};
-  while (velmora::os::ReadFolderA(folder, data)) {
-    const std::string_view name(data.name, std::find(data.name, std::end(data.name) - 1, '\0'));
+  velmora::os::FolderEntry entry{};
+  while (velmora::os::ReadFolderA(folder, entry)) {
+    const std::string_view name(entry.name, std::find(entry.name, std::end(entry.name) - 1, '\0'));
     if (name == "." || name == "..") continue;
-    if ((data.attributes & velmora::os::kFileAttributeDirectory) == 0) {
-      files.Add(UnitsOf(data.last_write_time), level.path, name);
-    } else if ((data.attributes & velmora::os::kFileAttributeReparsePoint) == 0) {
+    if ((entry.attributes & velmora::os::kFileAttributeDirectory) == 0) {
+      files.Add(UnitsOf(entry.last_write_time), level.path, name);
+    } else if ((entry.attributes & velmora::os::kFileAttributeReparsePoint) == 0) {
       level.subfolders.emplace_back(name);
     }
   }

@@ -57,7 +57,7 @@ class Walk {
   }
 
   void Read(std::wstring folder) {
-    os::FindData<wchar_t> data{};
+    os::FindData data{};
     const OwnedHandle<os::FindClose> find(os::FindFirstFileW((folder + kEverything).c_str(), data));
     if (!find) return;
     Level& level = levels_.emplace_back(Level{.folder = std::move(folder)});
@@ -67,7 +67,7 @@ class Walk {
     } while (os::FindNextFileW(find.Get(), data));
   }
 
-  void Note(const os::FindData<wchar_t>& data, Level& level) {
+  void Note(const os::FindData& data, Level& level) {
     if ((data.attributes & os::kFileAttributeDirectory) != 0) {
       const std::wstring_view name = data.name;
       const bool is_link = (data.attributes & os::kFileAttributeReparsePoint) != 0;

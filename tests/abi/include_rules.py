@@ -50,9 +50,13 @@ RULES = [
     (r"ostrine/(windows|linux)/\w+\.(h|cpp)",
      [ANY_SYSTEM, OSTRINE_CONTRACT, TEXT, r'"ostrine/(common|{1})/\w+\.h"']),
     (r"simulator/(sections/)?\w+\.(h|cpp)",
-     [CONTRACTS, TEXT, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>"]),
+     [CONTRACTS, TEXT, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>",
+      r'"velmora/export\.h"']),
     (r"logging/\w+\.(h|cpp)", [LOGGING, LOG4CXX]),
-    (r"tools/velmora-report/(windows|linux)/\w+\.(h|cpp)", [ANY_SYSTEM, REPORT]),
+    (r"tools/velmora-report/(windows|linux)/\w+\.(h|cpp)",
+     [ANY_SYSTEM, REPORT, r'"velmora-report/{1}/\w+\.h"']),
+    (r"tools/velmora-report/simulated/\w+\.cpp", [REPORT]),
+    (r"tools/velmora-report/device_list\.cpp", [OSTRINE_CONTRACT, REPORT]),
     (r"tools/velmora-report/\w+\.(h|cpp)", [HOST, REPORT, r"<nlohmann/json\.hpp>"]),
 ]
 FOLDERS = ["include", "src", "ostrine", "simulator", "logging", "tools"]

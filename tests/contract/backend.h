@@ -28,6 +28,17 @@ struct Device {
   std::optional<std::uint64_t> last_install_time;
 };
 
+/// A failing device as device class 20 ought to report it, in the order of its table. Absent: not looked at.
+struct FailingDriver {
+  std::string caption;
+  std::string device_id;
+  std::string class_guid;
+  std::uint32_t error_code = 0;
+  std::optional<std::string> manufacturer;
+  std::optional<std::string> service;
+  std::string status = "Error";
+};
+
 /// A query in "ROOT\CIMV2" and what the property of its first object ought to be.
 struct Selection {
   std::wstring query;
@@ -53,6 +64,9 @@ class Backend {
   /// First hardware IDs of the present devices without a working driver, in enumeration order; none when that
   /// is not known.
   virtual std::optional<std::vector<std::wstring>> UnknownDevices() const = 0;
+
+  /// The failing devices of all classes, in the table's order; none when they are not known.
+  virtual std::optional<std::vector<FailingDriver>> FailingDrivers() const = 0;
 
   /// A device that may be removed and that a rescan brings back; none when the machine has no such device.
   virtual std::optional<Device> RemovableDevice() const = 0;

@@ -81,5 +81,9 @@ std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
 std::vector<Operation> InventoryOperations();
 std::vector<Operation> ServiceAndFileOperations();
+std::vector<Operation> DeviceDriverOperations();
+std::vector<Operation> NetworkAdapterOperations();
+std::vector<Operation> NetworkCardOperations();
+std::vector<Operation> PartsOperations();
 
 }  // namespace torture

@@ -18,7 +18,8 @@ namespace {
 std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
   for (const auto table :
-       {FamilyOperations, BaseboardOperations, InventoryOperations, ServiceAndFileOperations}) {
+       {BaseboardOperations, DeviceDriverOperations, FamilyOperations, InventoryOperations,
+        NetworkAdapterOperations, NetworkCardOperations, PartsOperations, ServiceAndFileOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }

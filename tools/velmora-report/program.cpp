@@ -4,8 +4,10 @@
 #include <span>
 
 #include "velmora-report/commands.h"
+#include "velmora-report/devices_section.h"
 #include "velmora-report/json_output.h"
 #include "velmora-report/options.h"
+#include "velmora-report/repair.h"
 #include "velmora-report/sections.h"
 #include "velmora-report/services_section.h"
 #include "velmora-report/system.h"
@@ -24,6 +26,12 @@ ExitStatus OutputReport(const Report& report, bool json) {
   return Output(json ? WriteJson(report) : WriteText(report));
 }
 
+int Repair(const Options& options) {
+  const RepairOutcome outcome = RunRepair(options.repair);
+  const ExitStatus written = OutputReport({outcome.section}, options.json);
+  return written == kDone ? outcome.status : written;
+}
+
 int RunCommand(const Options& options) {
   const Command& command = FindCommand(options.command);
   if (!options.machine.empty()) {
@@ -37,19 +45,15 @@ int RunCommand(const Options& options) {
 }
 
 int RunOptions(const Options& options) {
-  switch (options.action) {
-    case Options::Action::kHelp:
-      return Output(std::string(kHelp) + CommandHelp());
-    case Options::Action::kVersion:
-      return Output("velmora-report " VELMORA_VERSION "\n");
-    case Options::Action::kCommand:
-      return RunCommand(options);
-    case Options::Action::kReport:
-      break;
+  if (options.action == Options::Action::kHelp) {
+    return Output(std::string(kHelp) + RepairHelp() + CommandHelp());
   }
+  if (options.action == Options::Action::kVersion) return Output("velmora-report " VELMORA_VERSION "\n");
+  if (options.action == Options::Action::kCommand) return RunCommand(options);
   if (!options.machine.empty())
     return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
-  Report report = ReadMachine();
+  if (options.action == Options::Action::kRepair) return Repair(options);
+  Report report = options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine();
   if (!options.services.empty()) report.push_back(ServicesSection(options.services));
   if (!options.processes.empty()) report.push_back(ProcessesSection(options.processes));
   return OutputReport(report, options.json);

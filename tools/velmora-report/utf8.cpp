@@ -84,4 +84,14 @@ std::string ToUtf8(std::wstring_view text) {
   return utf8;
 }
 
+std::string ToUtf8(std::string_view bytes) {
+  std::string utf8;
+  utf8.reserve(bytes.size());
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    Append(code < 0x80 ? code : kReplacement, utf8);
+  }
+  return utf8;
+}
+
 }  // namespace report

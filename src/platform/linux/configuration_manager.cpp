@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "platform/linux/hardware_root.h"
 #include "platform/linux/small_file.h"
 
 namespace velmora::os {
@@ -44,7 +45,7 @@ ConfigResult CM_Locate_DevNodeW(DevNode& node, const wchar_t* device_id, std::ui
 }
 
 ConfigResult CM_Reenumerate_DevNode(DevNode node, std::uint32_t /*flags*/) {
-  return node == kRootNode ? RescanHardware("/") : kConfigNoSuchDevNode;
+  return node == kRootNode ? RescanHardware(HardwareRoot()) : kConfigNoSuchDevNode;
 }
 
 }  // namespace velmora::os

@@ -129,13 +129,14 @@ FolderHandle OpenSubfolderA(FolderHandle handle, const char* path) {
   return HandleOfFolder(StepDown(folder->Number(), path, kToList));
 }
 
-bool ReadFolderA(FolderHandle handle, FindData<char>& data) {
+bool ReadFolderA(FolderHandle handle, FolderEntry& entry) {
   auto* folder = ObjectOf<OpenedFolder>(handle);
   if (folder == nullptr) return Fail<bool>(kErrorInvalidHandle);
-  while (const dirent64* entry = folder->Next()) {
-    const auto facts = EntryFacts(folder->Number(), entry->d_name);
-    if (!facts || !IsShownEntry(*facts) || !PutName(std::string_view(entry->d_name), data.name)) continue;
-    PutEntryFacts(folder->Number(), entry->d_name, *facts, data);
+  while (const dirent64* next = folder->Next()) {
+    const auto facts = EntryFacts(folder->Number(), next->d_name);
+    if (!facts || !IsShownEntry(*facts) || !PutName(std::string_view(next->d_name), entry.name)) continue;
+    entry.attributes = EntryAttributes(folder->Number(), next->d_name, *facts);
+    entry.last_write_time = FileTimeOf(facts->stx_mtime.tv_sec, facts->stx_mtime.tv_nsec);
     return true;
   }
   if (errno == 0) SetLastError(kErrorNoMoreFiles);

@@ -3,23 +3,10 @@
 #include <cstddef>
 
 #include "platform/case_folding.h"
+#include "platform/ostrine/unit_state.h"
 #include "platform/unicode.h"
 
 namespace velmora::os {
-namespace {
-
-std::uint32_t StateOf(const UnitFacts& unit) noexcept {
-  const std::string_view active = unit.active_state;
-  if (active == "activating") return kServiceStartPending;
-  if (active == "deactivating") return kServiceStopPending;
-  if (active == "active" || active == "reloading" || active == "refreshing") {
-    return unit.freezer_state == "frozen" ? kServicePaused : kServiceRunning;
-  }
-  return kServiceStopped;  // "inactive", "failed", "maintenance"
-}
-
-}  // namespace
-
 std::optional<std::string> UnitOfService(std::wstring_view name) {
   constexpr std::size_t kLongestName = 256;
   constexpr std::wstring_view kEnding = L".service";
@@ -35,7 +22,7 @@ ServiceStatus StatusOf(const UnitFacts& unit) noexcept {
   constexpr std::uint32_t kAcceptsStop = 0x1;
   ServiceStatus status{};
   status.service_type = kOwnProcess;
-  status.current_state = StateOf(unit);
+  status.current_state = static_cast<std::uint32_t>(UnitStateOf(unit.active_state, unit.freezer_state));
   status.controls_accepted = status.current_state == kServiceRunning && unit.can_stop ? kAcceptsStop : 0;
   status.win32_exit_code = unit.active_state == "failed" ? kErrorProcessAborted : 0;
   return status;

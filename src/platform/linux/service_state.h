@@ -33,7 +33,7 @@ inline constexpr std::uint32_t kErrorServerUnavailable = 1722;
 struct UnitFacts {
   std::string load_state;     ///< "loaded", "masked", "not-found"...
   std::string active_state;   ///< "active", "inactive", "failed", "activating"...
-  std::string freezer_state;  ///< "frozen" while its processes are held; empty where it is not told
+  std::string freezer_state;  ///< see UnitStateOf; empty where it is not told
   bool can_stop = true;       ///< false for a unit that only others may stop
 };
 

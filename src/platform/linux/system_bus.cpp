@@ -69,6 +69,27 @@ std::optional<bool> ReadBusFlag(sd_bus* bus, const BusObject& object, const char
   return flag != 0;
 }
 
+std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object,
+                                           const char* property) noexcept {
+  BusError error;
+  std::uint32_t number = 0;
+  const int result = sd_bus_get_property_trivial(bus, object.service, object.path, object.interface, property,
+                                                 error.Out(), 'u', &number);
+  if (result < 0) return std::nullopt;
+  return number;
+}
+
+std::optional<std::string> ReadBusPath(sd_bus* bus, const BusObject& object, const char* property) {
+  BusError error;
+  sd_bus_message* reply = nullptr;
+  const int result = sd_bus_get_property(bus, object.service, object.path, object.interface, property,
+                                         error.Out(), &reply, "o");
+  const BusMessage owned(reply);
+  const char* path = nullptr;
+  if (result < 0 || sd_bus_message_read_basic(reply, 'o', &path) <= 0) return std::nullopt;
+  return std::string(path);
+}
+
 bool IsOnBus(sd_bus* bus, const char* service) noexcept {
   BusError error;
   sd_bus_message* reply = nullptr;

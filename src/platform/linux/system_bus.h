@@ -52,9 +52,14 @@ struct BusObject {
   const char* interface;
 };
 
-/// A property's text or flag; nothing when it cannot be read.
+/// A property's text or flag; nothing when it cannot be read or is of another type.
 std::optional<std::string> ReadBusText(sd_bus* bus, const BusObject& object, const char* property);
 std::optional<bool> ReadBusFlag(sd_bus* bus, const BusObject& object, const char* property) noexcept;
+
+/// A property that is an unsigned 32-bit number, or the path of an object.
+std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object,
+                                           const char* property) noexcept;
+std::optional<std::string> ReadBusPath(sd_bus* bus, const BusObject& object, const char* property);
 
 /// Whether `service` is there now; it is not started for the question.
 bool IsOnBus(sd_bus* bus, const char* service) noexcept;

@@ -16,7 +16,7 @@ inline constexpr ComResult kComNoInterface = static_cast<ComResult>(0x80004002U)
 inline constexpr ComResult kComFail = static_cast<ComResult>(0x80004005U);
 inline constexpr ComResult kComClassNotRegistered = static_cast<ComResult>(0x80040154U);
 
-inline constexpr bool ComSucceeded(ComResult result) { return result >= 0; }
+constexpr bool ComSucceeded(ComResult result) { return result >= 0; }
 
 /// An interface of an object; released once with ComRelease.
 using ComObject = void*;

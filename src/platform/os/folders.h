@@ -7,11 +7,27 @@
 /// opened folder have their elements separated by backslashes; they hold no drive, no "." and no "..".
 #pragma once
 
+#include <cstdint>
+
 #include "platform/os/files.h"
 
 namespace velmora::os {
 
 using FolderHandle = void*;
+
+/// FILETIME: units of 100 nanoseconds since 1601-01-01 UTC, in two halves.
+struct FileTime {
+  std::uint32_t low;
+  std::uint32_t high;
+};
+
+/// What callers use of WIN32_FIND_DATAA, whose name has at most 259 bytes and a zero. Of the attributes only
+/// whether it is a folder and whether it is a link are told.
+struct FolderEntry {
+  std::uint32_t attributes;
+  FileTime last_write_time;
+  char name[260];
+};
 
 /// Opens the folder that `pattern` (its path, then "//*.*") names, links on the way to it followed. Null with
 /// the last error on failure: 3 no such folder, 5 not permitted.
@@ -21,11 +37,11 @@ FolderHandle OpenFolderA(const char* pattern);
 /// is on the way.
 FolderHandle OpenSubfolderA(FolderHandle folder, const char* path);
 
-/// Fills `data` with the folder's next entry, in the system's order, "." and ".." among them or not; false
+/// Fills `entry` with the folder's next entry, in the system's order, "." and ".." among them or not; false
 /// with the last error 18 at the end, or another on failure. Links are reported as links, with the attributes
 /// of what they point to and their own times. An entry's name that does not survive the way into the narrow
 /// code page and back is shown with '?' in it, and so names nothing.
-bool ReadFolderA(FolderHandle folder, FindData<char>& data);
+bool ReadFolderA(FolderHandle folder, FolderEntry& entry);
 
 /// Deletes the file `path` below `folder`, unless it was written to after `last_write_time`; false with the
 /// last error on failure: 2 no such file, 3 a link is on the way, 5 not permitted, 1006 written to. A link is

@@ -170,10 +170,6 @@ bool ReadBlock(OpenedFolder& opened) {
   return true;
 }
 
-FileTime TimeOf(const LARGE_INTEGER& time) {
-  return {time.LowPart, static_cast<std::uint32_t>(time.HighPart)};
-}
-
 std::uint64_t UnitsOf(std::uint32_t low, std::uint32_t high) { return (std::uint64_t{high} << 32) | low; }
 
 bool Delete(HANDLE file, const FileTime& last_write_time) {
@@ -215,20 +211,18 @@ FolderHandle OpenSubfolderA(FolderHandle handle, const char* path) {
   return HandleOf(StepDown(opened->folder.Get(), Widened(path)));
 }
 
-bool ReadFolderA(FolderHandle handle, FindData<char>& data) {
+bool ReadFolderA(FolderHandle handle, FolderEntry& entry) {
   auto* opened = static_cast<OpenedFolder*>(handle);
   if (opened == nullptr) return Fail<bool>(ERROR_INVALID_HANDLE);
   if (opened->next == nullptr && !ReadBlock(*opened)) return false;
-  const FILE_ID_BOTH_DIR_INFO& entry = *opened->next;
-  data.attributes = entry.FileAttributes;
-  data.creation_time = TimeOf(entry.CreationTime);
-  data.last_access_time = TimeOf(entry.LastAccessTime);
-  data.last_write_time = TimeOf(entry.LastWriteTime);
-  data.size = static_cast<std::uint64_t>(entry.EndOfFile.QuadPart);
-  PutNarrowName({entry.FileName, entry.FileNameLength / sizeof(wchar_t)}, data.name);
-  const auto* bytes = reinterpret_cast<const std::byte*>(&entry);
-  opened->next = entry.NextEntryOffset != 0
-                     ? reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(bytes + entry.NextEntryOffset)
+  const FILE_ID_BOTH_DIR_INFO& next = *opened->next;
+  entry.attributes = next.FileAttributes & (kFileAttributeDirectory | kFileAttributeReparsePoint);
+  entry.last_write_time = {next.LastWriteTime.LowPart,
+                           static_cast<std::uint32_t>(next.LastWriteTime.HighPart)};
+  PutNarrowName({next.FileName, next.FileNameLength / sizeof(wchar_t)}, entry.name);
+  const auto* bytes = reinterpret_cast<const std::byte*>(&next);
+  opened->next = next.NextEntryOffset != 0
+                     ? reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(bytes + next.NextEntryOffset)
                      : nullptr;
   return true;
 }

@@ -19,7 +19,7 @@ static_assert(offsetof(ProcessInformation, thread) == offsetof(PROCESS_INFORMATI
 static_assert(offsetof(ProcessInformation, process_id) == offsetof(PROCESS_INFORMATION, dwProcessId));
 
 Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id) {
-  return ::OpenProcess(access, inherit, process_id);
+  return ::OpenProcess(access, inherit ? TRUE : FALSE, process_id);
 }
 
 bool TerminateProcess(Handle process, std::uint32_t exit_code) {
@@ -29,8 +29,8 @@ bool TerminateProcess(Handle process, std::uint32_t exit_code) {
 bool CreateProcessW(const wchar_t* application, wchar_t* command_line, bool inherit, std::uint32_t flags,
                     const StartupInfo& startup, ProcessInformation& information) {
   STARTUPINFOW start = reinterpret_cast<const STARTUPINFOW&>(startup);
-  return ::CreateProcessW(application, command_line, nullptr, nullptr, inherit, flags, nullptr, nullptr,
-                          &start, reinterpret_cast<PROCESS_INFORMATION*>(&information)) != FALSE;
+  return ::CreateProcessW(application, command_line, nullptr, nullptr, inherit ? TRUE : FALSE, flags, nullptr,
+                          nullptr, &start, reinterpret_cast<PROCESS_INFORMATION*>(&information)) != FALSE;
 }
 
 Handle GetStdHandle(std::uint32_t which) {

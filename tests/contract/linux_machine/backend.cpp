@@ -33,6 +33,7 @@ class ThisMachine : public Backend {
     return devices;
   }
   std::optional<std::vector<std::wstring>> UnknownDevices() const override { return std::nullopt; }
+  std::optional<std::vector<FailingDriver>> FailingDrivers() const override { return std::nullopt; }
   std::optional<Device> RemovableDevice() const override { return std::nullopt; }
   void Rescan() override {}
 

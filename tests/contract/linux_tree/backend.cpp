@@ -199,6 +199,29 @@ class Tree : public Backend {
   std::optional<std::vector<std::wstring>> UnknownDevices() const override {
     return std::vector<std::wstring>{L"PCI\\VEN_10DE&DEV_25A0&SUBSYS_22E617AA&REV_A1", L"ACPI\\XYZ0001"};
   }
+  std::optional<std::vector<FailingDriver>> FailingDrivers() const override {
+    const std::string system = "{4d36e97d-e325-11ce-bfc1-08002be10318}";
+    return std::vector<FailingDriver>{
+        {.caption = "Display adapter 10DE:25A0",
+         .device_id = "PCI\\VEN_10DE&DEV_25A0&SUBSYS_22E617AA&REV_A1\\0000:01:00.0",
+         .class_guid = "{4d36e968-e325-11ce-bfc1-08002be10318}",
+         .error_code = 28,
+         .service = ""},
+        {.caption = "USB2.1 Hub",
+         .device_id = "USB\\VID_05E3&PID_0610&REV_0660\\1-2",
+         .class_guid = "{36fc9e60-c465-11cf-8056-444553540000}",
+         .error_code = 22,
+         .manufacturer = "GenesysLogic",
+         .service = "usb"},
+        {.caption = "ACPI device XYZ0001",
+         .device_id = "ACPI\\XYZ0001\\XYZ0001:00",
+         .class_guid = system,
+         .error_code = 28},
+        {.caption = "ACPI device XYZ0004",
+         .device_id = "ACPI\\XYZ0004\\XYZ0004:00",
+         .class_guid = system,
+         .error_code = 10}};
+  }
   std::optional<Device> RemovableDevice() const override { return NetDevices().back(); }
   void Rescan() override {
     machine_.Add(

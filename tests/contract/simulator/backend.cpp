@@ -24,6 +24,8 @@ simulator::Machine MachineOfTheTests() {
                               .instance_id = "USB\\ROOT_HUB30\\4&1"};
   auto failing_hub = hub;
   failing_hub.hardware_ids = {"USB\\VID_8087&PID_0026&REV_0002", "USB\\VID_8087&PID_0026"};
+  failing_hub.instance_id = "USB\\VID_8087&PID_0026\\5&1";
+  failing_hub.service = "USBHUB3";
   failing_hub.problem_code = 43;
   failing_hub.after_removal = {.returns_after = 1, .heals_after = 1};
   machine.devices = {
@@ -38,7 +40,11 @@ simulator::Machine MachineOfTheTests() {
        .last_install_time = 1'638'403'200'000},
       hub,
       {.setup_class = "Net", .hardware_ids = {"ROOT\\VMS"}, .description = ""},
-      {.setup_class = "Unknown", .hardware_ids = {"ACPI\\XYZ0001"}, .problem_code = 28, .unknown = true},
+      {.setup_class = "Unknown",
+       .hardware_ids = {"ACPI\\XYZ0001"},
+       .instance_id = "ACPI\\XYZ0001\\0",
+       .problem_code = 28,
+       .unknown = true},
       failing_hub,
       {.setup_class = "Bluetooth",
        .hardware_ids = {"BTHENUM\\Dev_AABBCCDDEEFF"},
@@ -77,6 +83,15 @@ class Simulated : public Backend {
 
   std::optional<std::vector<std::wstring>> UnknownDevices() const override {
     return std::vector<std::wstring>{L"ACPI\\XYZ0001"};
+  }
+  std::optional<std::vector<FailingDriver>> FailingDrivers() const override {
+    return std::vector<FailingDriver>{{.device_id = "ACPI\\XYZ0001\\0", .error_code = 28},
+                                      {.caption = "USB Root Hub (USB 3.0)",
+                                       .device_id = "USB\\VID_8087&PID_0026\\5&1",
+                                       .class_guid = "{36fc9e60-c465-11cf-8056-444553540000}",
+                                       .error_code = 43,
+                                       .manufacturer = "(Standard USB HUBs)",
+                                       .service = "USBHUB3"}};
   }
   std::optional<Device> RemovableDevice() const override {
     return DevicesOf(velmora::setup_class::kUsb).back();

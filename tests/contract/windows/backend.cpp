@@ -29,6 +29,7 @@ std::vector<FakeDevice> MadeUpDevices() {
   auto failing_hub = hub;
   failing_hub.instance_id = L"USB\\VID_8087&PID_0026\\5&22222222&0&14";
   failing_hub.hardware_ids = {L"USB\\VID_8087&PID_0026&REV_0002", L"USB\\VID_8087&PID_0026"};
+  failing_hub.service = L"USBHUB3";
   failing_hub.problem_code = 43;
   return {
       {.setup_class = setup_class::kNet,
@@ -120,6 +121,20 @@ class Windows : public Backend {
 
   std::optional<std::vector<std::wstring>> UnknownDevices() const override {
     return std::vector<std::wstring>{L"HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_17AA2292"};
+  }
+  std::optional<std::vector<FailingDriver>> FailingDrivers() const override {
+    // The system lists its devices by their place in the tree, so the sound device comes first.
+    return std::vector<FailingDriver>{{.caption = "High Definition Audio Device",
+                                       .device_id = "HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257\\4&33333333&0&0001",
+                                       .class_guid = "{4d36e96c-e325-11ce-bfc1-08002be10318}",
+                                       .error_code = 28,
+                                       .service = ""},
+                                      {.caption = "USB Root Hub (USB 3.0)",
+                                       .device_id = "USB\\VID_8087&PID_0026\\5&22222222&0&14",
+                                       .class_guid = "{36fc9e60-c465-11cf-8056-444553540000}",
+                                       .error_code = 43,
+                                       .manufacturer = "(Standard USB HUBs)",
+                                       .service = "USBHUB3"}};
   }
   std::optional<Device> RemovableDevice() const override { return DevicesOf(setup_class::kUsb).back(); }
   void Rescan() override { machine_->RestoreAll(); }

@@ -347,6 +347,122 @@ class Pruning(Case):
         self.assertEqual(self.prune("--keep", "0")["would_delete_count"], 1000)
         self.assertEqual(self.prune("--keep", "0", "--yes")["deleted_bytes"], 1000)
         self.assertEqual(self.left(), {str(i) for i in range(10)})
+class Devices(Case):
+    """The list of devices."""
+
+    MACHINE = MACHINES / "laptop-broken-drivers.json"
+
+    def test_those_of_a_machine_file_stand_by_their_class_with_all_that_is_asked_for(self):
+        devices = self.json_report("--devices", "--machine", self.MACHINE)["devices"]
+        self.assertEqual(devices["device_count"], 7)
+        self.assertEqual([device["hardware_id"] for device in devices["net"]],
+                         ["PCI\\VEN_14C3&DEV_7961&SUBSYS_E0BC14C3&REV_00", "PCI\\VEN_10EC&DEV_8168&SUBSYS_22E617AA&REV_15"])
+        self.assertEqual(devices["display"][0]["description"], "Iris(R) Xe Graphics")
+        self.assertEqual(devices["display"][0]["driver_version"], "31.0.101.3222")
+        self.assertEqual(devices["media"][0]["problem_code"], 31)
+        self.assertEqual(devices["bluetooth"], [])
+
+    def test_those_of_a_machine_file_are_printed(self):
+        text = self.report("--devices", "--machine", self.MACHINE)
+        self.assertTrue(text.startswith("Devices\n  7 devices, 4 of which have a problem.\n"), text)
+        self.assertIn("    Problem code          31\n", text)
+
+    def test_those_of_this_machine_are_its_own(self):
+        devices = self.json_report("--devices")["devices"]
+        listed = [device for group in devices.values() if isinstance(group, list) for device in group]
+        self.assertEqual(devices["device_count"], sum(device["count"] for device in listed))
+        for device in listed:
+            self.assertIsInstance(device["problem_code"], int)
+
+
+class Repair(Case):
+    """Repairs, on machine files only."""
+
+    MACHINE = MACHINES / "laptop-broken-drivers.json"
+    WIRELESS = "PCI\\VEN_14C3&DEV_7961&SUBSYS_E0BC14C3&REV_00"
+    AUDIO = "HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_17AA22E6&REV_1000"
+    DISPLAY = "PCI\\VEN_8086&DEV_46A6&SUBSYS_22E617AA&REV_0C"
+
+    def repair(self, *arguments, status=0):
+        """The outcome of a repair of the machine file, which must end with the status."""
+        found, output, errors = run("--machine", self.MACHINE, "--json", "repair", *arguments)
+        self.assertEqual((found, errors), (status, ""))
+        return json.loads(output)["repair"]
+
+    def test_a_failing_driver_heals(self):
+        outcome = self.repair("reset", "--kind", "wireless", "--id", self.WIRELESS, "--yes")
+        self.assertEqual((outcome["problem_code_before"], outcome["problem_code_after"]), (10, 0))
+        self.assertEqual((outcome["done"], outcome["result"]), (True, 0))
+        self.assertEqual(outcome["verdict"], "The device works.")
+
+    def test_a_driver_that_never_heals_is_told_as_failed(self):
+        outcome = self.repair("reset", "--kind", "audio", "--id", self.AUDIO, "--yes", status=1)
+        self.assertEqual((outcome["problem_code_before"], outcome["problem_code_after"]), (31, 31))
+        self.assertEqual((outcome["done"], outcome["result"]), (False, 0xFFFFFFFF))
+        self.assertIn("did not come back working", outcome["verdict"])
+
+    def test_an_uninstalled_device_is_gone(self):
+        outcome = self.repair("uninstall", "--kind", "usb", "--id", "USB\\VID_05E3&PID_0610&REV_0655", "--yes")
+        self.assertEqual((outcome["problem_code_before"], outcome["problem_code_after"]), (43, 45))
+        self.assertTrue(outcome["done"])
+
+    def test_a_system_that_denies_it_is_told(self):
+        outcome = self.repair("uninstall", "--kind", "fingerprint", "--id", "USB\\VID_06CB&PID_00F9&REV_0000", "--yes",
+                              status=1)
+        self.assertEqual((outcome["done"], outcome["result"], outcome["problem_code_after"]), (False, 5, 43))
+        self.assertIn("administrator", outcome["verdict"])
+
+    def test_nothing_is_done_without_yes(self):
+        for verb in ("reset", "uninstall"):
+            outcome = self.repair(verb, "--kind", "wireless", "--id", self.WIRELESS)
+            self.assertFalse(outcome["done"])
+            self.assertNotIn("result", outcome)
+            self.assertNotIn("problem_code_after", outcome)
+            self.assertEqual(outcome["problem_code_before"], 10)
+            self.assertIn("Nothing has been done; --yes does it.", outcome["verdict"])
+
+    def test_the_only_display_is_refused_unless_it_is_named(self):
+        display = ("--kind", "display", "--id", self.DISPLAY)
+        for arguments in (display, (*display, "--yes"), (*display, "--yes", "--force", "something else")):
+            outcome = self.repair("reset", *arguments, status=3)
+            self.assertEqual((outcome["done"], outcome["refused_because"]), (False, "it is the only display"))
+            self.assertNotIn("problem_code_after", outcome)
+        outcome = self.repair("reset", *display, "--yes", "--force", "Iris(R) Xe Graphics")
+        self.assertTrue(outcome["done"])
+
+    def test_a_device_that_is_not_there_is_told(self):
+        for kind, device in (("wireless", "PCI\\NOSUCH"), ("audio", self.WIRELESS)):
+            outcome = self.repair("reset", "--kind", kind, "--id", device, "--yes", status=1)
+            self.assertFalse(outcome["done"])
+            self.assertIn("There is no device", outcome["verdict"])
+
+    def test_a_rescan_tells_what_fails_before_and_after(self):
+        outcome = self.repair("rescan")
+        self.assertEqual((outcome["done"], outcome["count_before"]), (False, 5))
+        self.assertNotIn("failing_after", outcome)
+        outcome = self.repair("rescan", "--yes")
+        self.assertEqual((outcome["done"], outcome["count_before"], outcome["count_after"]), (True, 5, 5))
+        self.assertEqual([device["problem_code"] for device in outcome["failing_after"]], [10, 31, 28, 43, 43])
+
+    def test_people_are_told_in_words(self):
+        text = self.report("--machine", self.MACHINE, "repair", "reset", "--kind", "wireless", "--id", self.WIRELESS,
+                           "--yes")
+        lines = text.splitlines()
+        self.assertEqual(lines[:2], ["Driver repair", "  The device works."])
+        self.assertIn("  State before         cannot start", lines)
+        self.assertIn("  State after          works", lines)
+
+    def test_arguments_that_make_no_repair_are_refused(self):
+        for arguments, message in (
+            ((), "repair needs to know what: "),
+            (("everything",), 'there is no repair "everything"'),
+            (("reset",), "--kind is needed"),
+            (("reset", "--kind", "wireless"), "--id is needed"),
+            (("reset", "--kind", "keyboard", "--id", "x"), 'no device of the kind "keyboard"'),
+            (("reset", "--kind", "usb", "--id", "x"), 'no device of the kind "usb"'),
+            (("rescan", "--kind", "usb"), 'unknown option "--kind"'),
+        ):
+            self.assert_refused(["--machine", self.MACHINE, "repair", *arguments], message)
 
 
 class Arguments(Case):

@@ -73,7 +73,7 @@ class Folders : public testing::Test {
   FolderHandle Open() const { return OpenFolderA((Narrow(top_) + "//*.*").c_str()); }
   static std::vector<std::string> Names(FolderHandle folder) {
     std::vector<std::string> names;
-    FindData<char> data{};
+    FolderEntry data{};
     while (ReadFolderA(folder, data)) names.emplace_back(data.name);
     EXPECT_EQ(LastError(), 18u);
     return names;
@@ -85,13 +85,12 @@ class Folders : public testing::Test {
 TEST_F(Folders, GiveTheirEntriesWithTheirFacts) {
   const FolderHandle folder = Open();
   ASSERT_NE(folder, nullptr) << LastError();
-  FindData<char> data{};
+  FolderEntry data{};
   std::vector<std::string> names;
   while (ReadFolderA(folder, data)) {
     names.emplace_back(data.name);
     EXPECT_EQ((data.attributes & kFileAttributeDirectory) != 0, names.back() != "file.dmp");
     if (names.back() != "file.dmp") continue;
-    EXPECT_EQ(data.size, 5u);
     WIN32_FILE_ATTRIBUTE_DATA facts{};
     ASSERT_TRUE(GetFileAttributesExW((top_ + L"\\file.dmp").c_str(), GetFileExInfoStandard, &facts));
     EXPECT_EQ(data.last_write_time.low, facts.ftLastWriteTime.dwLowDateTime);
@@ -136,6 +135,10 @@ TEST_F(Folders, LoseTheFileThatIsMeantAndNoOther) {
   EXPECT_TRUE(Exists(top_ + L"\\file.dmp"));
   EXPECT_TRUE(DeleteFileBelowA(folder, "FILE.dmp", kAnyTime)) << LastError();
   EXPECT_FALSE(Exists(top_ + L"\\file.dmp"));
+  Write(L"\\\u00E4.dmp");
+  EXPECT_THAT(Names(folder), Contains(Narrow(L"\u00E4.dmp")));
+  EXPECT_TRUE(DeleteFileBelowA(folder, Narrow(L"\u00E4.dmp").c_str(), kAnyTime)) << LastError();
+  EXPECT_FALSE(Exists(top_ + L"\\\u00E4.dmp"));
   EXPECT_TRUE(CloseFolder(folder));
 }
 
@@ -217,7 +220,7 @@ TEST_F(Folders, SayWhyTheyCannotBeOpened) {
     EXPECT_EQ(OpenFolderA(pattern.c_str()), nullptr) << pattern;
     EXPECT_EQ(LastError(), 3u) << pattern;
   }
-  FindData<char> data{};
+  FolderEntry data{};
   EXPECT_FALSE(ReadFolderA(nullptr, data));
   EXPECT_FALSE(CloseFolder(nullptr));
   EXPECT_EQ(LastError(), 6u);
@@ -257,7 +260,7 @@ TEST_F(Folders, AreNotReachedThroughALink) {
   EXPECT_EQ(OpenSubfolderA(folder, "link\\b"), nullptr);
   EXPECT_FALSE(DeleteFileBelowA(folder, "link\\b\\inner.dmp", kAnyTime));
   EXPECT_TRUE(Exists(top_ + L"\\a\\b\\inner.dmp"));
-  FindData<char> data{};
+  FolderEntry data{};
   while (ReadFolderA(folder, data)) {
     if (std::string(data.name) != "link") continue;
     EXPECT_EQ(data.attributes & (kFileAttributeReparsePoint | kFileAttributeDirectory),

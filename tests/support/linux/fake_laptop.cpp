@@ -26,8 +26,10 @@ void BuildPci(const FakeMachine& machine) {
   machine.Add("pci", bus + "0000:00:14.3",
               {{"modalias", "pci:v00008086d000051F0sv00008086sd00000094bc02sc80i00"}, {"revision", "0x01"}});
   machine.Bind("pci", bus + "0000:00:14.3", "iwlwifi", "iwlwifi");
-  machine.AddOfClass("net", bus + "0000:00:14.3/net/wlp0s20f3",
-                     {{"address", "a4:bb:6d:00:11:2f"}, {"type", "1"}, {"phy80211/index", "0"}});
+  machine.AddOfClass(
+      "net", bus + "0000:00:14.3/net/wlp0s20f3",
+      {{"address", "a4:bb:6d:00:11:2f"}, {"type", "1"}, {"ifindex", "3"}, {"phy80211/index", "0"}});
+  machine.Root().Link("sys/devices/" + bus + "0000:00:14.3/net/wlp0s20f3/device", "../../../0000:00:14.3");
   machine.Add("pci", bus + "0000:00:16.0",
               {{"modalias", "pci:v00008086d000051E0sv000017AAsd000022E6bc07sc80i00"}, {"revision", "0x01"}});
   machine.Bind("pci", bus + "0000:00:16.0", "mei_me", "mei_me");
@@ -35,7 +37,8 @@ void BuildPci(const FakeMachine& machine) {
               {{"modalias", "pci:v00008086d00001A1Fsv000017AAsd000022E6bc02sc00i00"}, {"revision", "0x01"}});
   machine.Bind("pci", bus + "0000:00:1f.6", "e1000e", "e1000e");
   machine.AddOfClass("net", bus + "0000:00:1f.6/net/enp0s31f6",
-                     {{"address", "00:2b:67:aa:bb:cc"}, {"type", "1"}});
+                     {{"address", "00:2b:67:aa:bb:cc"}, {"type", "1"}, {"ifindex", "2"}});
+  machine.Root().Link("sys/devices/" + bus + "0000:00:1f.6/net/enp0s31f6/device", "../../../0000:00:1f.6");
 }
 
 void BuildSound(const FakeMachine& machine) {

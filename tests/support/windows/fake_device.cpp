@@ -110,6 +110,7 @@ void InstalledDevice::Install() {
   entry.SetText(SPDRP_DEVICEDESC, device_.description);
   entry.SetText(SPDRP_MFG, device_.manufacturer);
   entry.SetText(SPDRP_FRIENDLYNAME, device_.friendly_name);
+  entry.SetText(SPDRP_SERVICE, device_.service);
   entry.SetText(SPDRP_CLASS, device_.class_name);
   ASSERT_TRUE(entry.Register()) << GetLastError();
   entry.SetText(DEVPKEY_Device_DriverVersion, device_.driver_version);

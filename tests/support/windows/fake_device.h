@@ -19,6 +19,7 @@ struct FakeDevice {
   std::vector<std::wstring> hardware_ids;
   std::wstring manufacturer;
   std::wstring friendly_name;
+  std::wstring service;
   std::wstring driver_version;
   std::wstring inf;
   std::optional<std::uint32_t> problem_code;

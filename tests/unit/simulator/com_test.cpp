@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "platform/os/firewall_policy.h"
 #include "platform/os/network_list.h"
 #include "simulator/guid_text.h"
@@ -42,6 +44,37 @@ TEST(SimulatedCom, AnswersForTheNetworkList) {
   EXPECT_EQ(NetworkListIsConnectedToInternet(manager, internet), kComFail);
   EXPECT_EQ(internet, 7) << "written on success only";
   ComRelease(manager);
+}
+
+TEST(SimulatedCom, GivesAnObjectByTheInterfaceThatAllHaveAndThenByItsOwn) {
+  const GUID unknown = *simulator::ParseGuid("{00000000-0000-0000-C000-000000000046}");
+  const auto run = simulator::Use(simulator::EmptyMachine());
+  const Apartment apartment;
+  for (const auto& [class_id, own, other] :
+       {std::tuple(kManagerClass, kManager, kPolicy), std::tuple(kPolicyClass, kPolicy, kManager)}) {
+    ComObject object = nullptr;
+    ASSERT_EQ(CoCreateInstance(class_id, 23, unknown, object), kComOk);
+    ComObject result = &object;
+    EXPECT_EQ(ComQueryInterface(object, other, result), kComNoInterface);
+    EXPECT_EQ(result, nullptr);
+    EXPECT_EQ(ComQueryInterface(object, own, result), kComOk);
+    EXPECT_NE(result, nullptr);
+    ComRelease(result);
+    ComRelease(object);
+  }
+}
+
+TEST(SimulatedCom, DoesNotTakeTheInterfaceThatAllHaveForAnObjectsOwn) {
+  const velmora::testing::CapturedProblems captured;
+  const GUID unknown = *simulator::ParseGuid("{00000000-0000-0000-C000-000000000046}");
+  const auto run = simulator::Use(simulator::EmptyMachine());
+  const Apartment apartment;
+  ComObject object = nullptr;
+  ASSERT_EQ(CoCreateInstance(kManagerClass, 23, unknown, object), kComOk);
+  VariantBool connected = 0;
+  EXPECT_LT(NetworkListIsConnected(object, connected), 0);
+  ComRelease(object);
+  EXPECT_THAT(captured.Problems(), ElementsAre("NetworkListIsConnected was given a handle that is not open"));
 }
 
 TEST(SimulatedCom, WalksTheFirewallsRules) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "ostrine/common/wql.h"
+
 namespace {
 
 using velmora::NameQuery;
@@ -27,6 +31,25 @@ TEST(NameQuery, IsNoneForANameWhoseLastBackslashWouldTakeTheQuoteIn) {
   EXPECT_EQ(NameQuery(kHead, L"a\\\\\\"), std::nullopt);
   EXPECT_EQ(NameQuery(kHead, L"a\\\\"), L"WHERE Name='a\\\\'");
   EXPECT_EQ(NameQuery(kHead, L"a\\b"), L"WHERE Name='a\\b'");
+}
+
+TEST(NameQuery, AsksForOneNameOrForNothingWhateverTheNameIs) {
+  constexpr std::wstring_view kUnits(L"'\\\"%_[ =()ORANDaz\0\n\u00E4", 21);
+  std::mt19937 random(5);
+  int asked = 0;
+  for (int i = 0; i < 50'000; ++i) {
+    std::wstring name(random() % 12, L' ');
+    for (wchar_t& unit : name) unit = kUnits[random() % kUnits.size()];
+    const auto query = NameQuery(L"SELECT State FROM Win32_Service WHERE Name='", name);
+    if (!query) continue;
+    const auto parsed = ostrine::ParseWql(*query);
+    if (!parsed)
+      continue;  // it is asked, and is no query: a backslash stands before what it cannot stand for
+    ++asked;
+    ASSERT_EQ(parsed->conditions.size(), 1U);
+    ASSERT_EQ(parsed->conditions[0].comparison, ostrine::WqlOperator::kEqual);
+  }
+  EXPECT_GT(asked, 5'000);
 }
 
 }  // namespace

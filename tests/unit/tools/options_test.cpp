@@ -75,9 +75,25 @@ TEST(Options, TakeACommandWithEverythingBehindIt) {
   EXPECT_THAT(options.others, ElementsAre("files", "prune", "x", "--keep", "3", "--json"));
 }
 
+TEST(Options, MayAskForTheListOfDevices) {
+  EXPECT_EQ(ParseOptions({"--devices"}).action, Options::Action::kDevices);
+  EXPECT_THAT(ParseOptions({"--devices", "--machine", "a.json"}).others, ElementsAre("--devices"));
+}
+
+TEST(Options, PassEverythingBehindRepairOnButTheProgramsOwnOptions) {
+  const Options options = ParseOptions(
+      {"--json", "repair", "reset", "--id", "x", "--machine", "a.json", "--help", "--yes", "repair"});
+  EXPECT_EQ(options.action, Options::Action::kRepair);
+  EXPECT_TRUE(options.json);
+  EXPECT_EQ(options.machine, "a.json");
+  EXPECT_THAT(options.repair, ElementsAre("reset", "--id", "x", "--help", "--yes", "repair"));
+  EXPECT_THAT(options.others,
+              ElementsAre("--json", "repair", "reset", "--id", "x", "--help", "--yes", "repair"));
+}
+
 TEST(Options, AreAllToldByTheHelp) {
-  for (const char* const option :
-       {"--json", "--machine FILE", "--service NAME", "--process NAME", "--help", "--version"}) {
+  for (const char* const option : {"--devices", "repair", "--service NAME", "--process NAME", "COMMAND",
+                                   "--json", "--machine FILE", "--help", "--version"}) {
     EXPECT_THAT(std::string(report::kHelp), HasSubstr(option));
   }
 }

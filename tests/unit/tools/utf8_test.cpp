@@ -43,4 +43,27 @@ TEST(Utf8, ReplacesNumbersThatAreNoCharacter) {
   }
 }
 
+TEST(Utf8, KeepsOfBytesOfAnUnknownCodePageWhatIsAscii) {
+  EXPECT_EQ(ToUtf8(std::string_view()), "");
+  EXPECT_EQ(ToUtf8(std::string_view("a\0\x7F\r", 4)), std::string("a\0\x7F\r", 4));
+  EXPECT_EQ(ToUtf8(std::string_view("\x80 caf\xC3\xA9 \xFF")),
+            "\xEF\xBF\xBD caf\xEF\xBF\xBD\xEF\xBF\xBD \xEF\xBF\xBD");
+}
+
+TEST(FromUtf8, GivesBackWhatToUtf8Wrote) {
+  for (const std::wstring text :
+       {L"", L"20XW004AGE", L"caf\xE9 \u0436 \u4E2D", L"\U0001F5A5", L"\x7FF\x800\xFFFF"})
+    EXPECT_EQ(report::FromUtf8(ToUtf8(text)), text);
+  EXPECT_EQ(report::FromUtf8(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
+}
+
+TEST(FromUtf8, ReplacesEachByteThatBelongsToNoCharacter) {
+  EXPECT_EQ(report::FromUtf8("\xFF"), L"\xFFFD");
+  EXPECT_EQ(report::FromUtf8("a\x80z"), L"a\xFFFDz");
+  EXPECT_EQ(report::FromUtf8("\xC0\xAF"), L"\xFFFD\xFFFD") << "too long for its character";
+  EXPECT_EQ(report::FromUtf8("\xE4\xB8"), L"\xFFFD\xFFFD") << "cut off";
+  EXPECT_EQ(report::FromUtf8("\xED\xA0\x80"), L"\xFFFD\xFFFD\xFFFD") << "half of a pair";
+  EXPECT_EQ(report::FromUtf8("\xF4\x90\x80\x80"), L"\xFFFD\xFFFD\xFFFD\xFFFD") << "beyond the last";
+}
+
 }  // namespace

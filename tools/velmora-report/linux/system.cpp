@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "velmora-report/utf8.h"
+
 namespace report {
 namespace {
 
@@ -27,6 +29,9 @@ bool WriteAll(int file, std::string_view bytes) {
 
 bool WriteOutput(std::string_view utf8) { return WriteAll(STDOUT_FILENO, utf8); }
 void WriteError(std::string_view utf8) { WriteAll(STDERR_FILENO, utf8); }
+
+// The narrow code page is UTF-8, but for bytes that got into a text by mistake.
+std::string FromNarrow(std::string_view narrow) { return ToUtf8(FromUtf8(narrow)); }
 
 int RunOnMachine(const std::string& program, const std::string& machine,
                  const std::vector<std::string>& arguments) {

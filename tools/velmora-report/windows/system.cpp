@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "velmora-report/command_line.h"
+#include "velmora-report/utf8.h"
 
 namespace report {
 namespace {
@@ -28,11 +29,11 @@ class Handle {
   throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
 }
 
-std::wstring ToWide(std::string_view utf8) {
-  const std::string text(utf8);
+std::wstring ToWide(std::string_view narrow, UINT code_page = CP_UTF8) {
+  const std::string text(narrow);
   const int size = static_cast<int>(text.size());
   std::wstring wide(text.size(), L'\0');
-  const int units = MultiByteToWideChar(CP_UTF8, 0, text.c_str(), size, wide.data(), size);
+  const int units = MultiByteToWideChar(code_page, 0, text.c_str(), size, wide.data(), size);
   wide.resize(static_cast<std::size_t>(units));
   return wide;
 }
@@ -93,11 +94,14 @@ PROCESS_INFORMATION Start(const std::wstring& file, std::wstring command_line) {
 bool WriteOutput(std::string_view utf8) { return WriteAll(GetStdHandle(STD_OUTPUT_HANDLE), utf8); }
 void WriteError(std::string_view utf8) { WriteAll(GetStdHandle(STD_ERROR_HANDLE), utf8); }
 
+std::string FromNarrow(std::string_view narrow) { return ToUtf8(ToWide(narrow, CP_ACP)); }
+
 int RunOnMachine(const std::string& program, const std::string& machine,
                  const std::vector<std::string>& arguments) {
   const std::wstring file = (OwnFolder() / program).lexically_normal().wstring();
   std::vector<std::wstring> all{file};
-  std::ranges::transform(arguments, std::back_inserter(all), ToWide);
+  std::ranges::transform(arguments, std::back_inserter(all),
+                         [](const std::string& text) { return ToWide(text); });
   if (SetEnvironmentVariableW(L"VELMORA_MACHINE", ToWide(machine).c_str()) == FALSE) {
     Fail("cannot name the machine file");
   }

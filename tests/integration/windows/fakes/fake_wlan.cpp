@@ -17,10 +17,16 @@ Record* Give(std::size_t size = sizeof(Record)) {
   return static_cast<Record*>(HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, size));
 }
 
-DWORD Check(HANDLE client, const GUID* interface_id) {
+/// The error that `function` is to give.
+DWORD ErrorOf(const char* function) {
+  const bool is_meant = state.failing == nullptr || std::strcmp(state.failing, function) == 0;
+  return is_meant ? state.error : 0;
+}
+
+DWORD Check(const char* function, HANDLE client, const GUID* interface_id) {
   if (client != kClient) return ERROR_INVALID_HANDLE;
   if (interface_id != nullptr) state.interface_id = *interface_id;
-  return state.error;
+  return ErrorOf(function);
 }
 
 }  // namespace
@@ -33,7 +39,7 @@ __declspec(dllexport) DWORD WINAPI WlanOpenHandle(DWORD version, void* reserved,
                                                   HANDLE* client) {
   if (reserved != nullptr) return ERROR_INVALID_PARAMETER;
   state.version = version;
-  if (state.error != 0) return state.error;
+  if (const DWORD error = ErrorOf("WlanOpenHandle")) return error;
   *negotiated = version;
   *client = kClient;
   ++state.open_clients;
@@ -43,11 +49,12 @@ __declspec(dllexport) DWORD WINAPI WlanOpenHandle(DWORD version, void* reserved,
 __declspec(dllexport) DWORD WINAPI WlanCloseHandle(HANDLE client, void*) {
   if (client != kClient) return ERROR_INVALID_HANDLE;
   --state.open_clients;
+  ++state.closings;
   return 0;
 }
 
 __declspec(dllexport) DWORD WINAPI WlanEnumInterfaces(HANDLE client, void*, WLAN_INTERFACE_INFO_LIST** list) {
-  if (const DWORD error = Check(client, nullptr)) return error;
+  if (const DWORD error = Check("WlanEnumInterfaces", client, nullptr)) return error;
   *list = Give<WLAN_INTERFACE_INFO_LIST>();
   (*list)->dwNumberOfItems = 1;
   (*list)->InterfaceInfo[0].InterfaceGuid = kInterface;
@@ -59,7 +66,7 @@ __declspec(dllexport) DWORD WINAPI WlanQueryInterface(HANDLE client, const GUID*
                                                       WLAN_INTF_OPCODE opcode, void*, DWORD* size,
                                                       void** data, WLAN_OPCODE_VALUE_TYPE*) {
   state.opcode = opcode;
-  if (const DWORD error = Check(client, interface_id)) return error;
+  if (const DWORD error = Check("WlanQueryInterface", client, interface_id)) return error;
   auto* const radio = Give<WLAN_RADIO_STATE>();
   radio->dwNumberOfPhys = 1;
   radio->PhyRadioState[0].dot11SoftwareRadioState = dot11_radio_state_off;
@@ -73,14 +80,14 @@ __declspec(dllexport) DWORD WINAPI WlanSetInterface(HANDLE client, const GUID* i
   state.opcode = opcode;
   state.set_size = size;
   if (size == sizeof state.set) std::memcpy(&state.set, data, size);
-  return Check(client, interface_id);
+  return Check("WlanSetInterface", client, interface_id);
 }
 
 __declspec(dllexport) DWORD WINAPI WlanGetAvailableNetworkList(HANDLE client, const GUID* interface_id,
                                                                DWORD flags, void*,
                                                                WLAN_AVAILABLE_NETWORK_LIST** list) {
   state.flags = flags;
-  if (const DWORD error = Check(client, interface_id)) return error;
+  if (const DWORD error = Check("WlanGetAvailableNetworkList", client, interface_id)) return error;
   *list = Give<WLAN_AVAILABLE_NETWORK_LIST>();
   (*list)->dwNumberOfItems = 1;
   auto& network = (*list)->Network[0];
@@ -98,23 +105,28 @@ __declspec(dllexport) DWORD WINAPI WlanGetNetworkBssList(HANDLE client, const GU
   state.ssid = *ssid;
   state.bss_type = static_cast<DWORD>(bss_type);
   state.security = security;
-  if (const DWORD error = Check(client, interface_id)) return error;
+  if (const DWORD error = Check("WlanGetNetworkBssList", client, interface_id)) return error;
   constexpr char kElements[] = "elements";
-  *list = Give<WLAN_BSS_LIST>(sizeof(WLAN_BSS_LIST) + sizeof kElements);
-  (*list)->dwTotalSize = sizeof(WLAN_BSS_LIST) + sizeof kElements;
+  const void* const elements =
+      state.elements != nullptr ? static_cast<const void*>(state.elements) : kElements;
+  const DWORD size = state.elements != nullptr ? state.elements_size : sizeof kElements;
+  *list = Give<WLAN_BSS_LIST>(sizeof(WLAN_BSS_LIST) + size);
+  (*list)->dwTotalSize = static_cast<DWORD>(sizeof(WLAN_BSS_LIST) + size);
   (*list)->dwNumberOfItems = 1;
   auto& entry = (*list)->wlanBssEntries[0];
   entry.dot11Ssid = *ssid;
+  entry.dot11Bssid[0] = 0x1A;
   entry.dot11Bssid[5] = 0xEF;
   entry.lRssi = -50;
   entry.ulIeOffset = sizeof(WLAN_BSS_ENTRY);
-  entry.ulIeSize = sizeof kElements;
-  std::memcpy(reinterpret_cast<char*>(&entry) + entry.ulIeOffset, kElements, sizeof kElements);
+  entry.ulIeSize = size;
+  std::memcpy(reinterpret_cast<char*>(&entry) + entry.ulIeOffset, elements, size);
   return 0;
 }
 
 __declspec(dllexport) void WINAPI WlanFreeMemory(void* memory) {
   --state.memory;
+  if (state.open_clients == 0) ++state.late_frees;
   HeapFree(GetProcessHeap(), 0, memory);
 }
 

@@ -33,6 +33,9 @@ TEST(Services, AreThoseOfTheServiceManager) {
   EXPECT_EQ(Select(L"State", L"WHERE Name='stopping'"), L"Stop Pending");
   EXPECT_EQ(Select(L"State", L"WHERE Name='broken'"), L"Stopped");
   EXPECT_EQ(Select(L"State", L"WHERE Name='frozen'"), L"Paused");
+  EXPECT_EQ(Select(L"State", L"WHERE Name='thawed'"), L"Running")
+      << "a unit's own kind of state does not tell";
+  EXPECT_EQ(Select(L"Name", L"WHERE State='Paused'"), L"frozen");
   EXPECT_EQ(Select(L"State", L"WHERE Name='idle'"), L"Stopped") << "installed, but not loaded";
   EXPECT_EQ(Select(L"Name", L"WHERE name like 'WpnUserService_%'"), L"WpnUserService_1a2b");
   for (const wchar_t* const none : {L"mentioned", L"getty@", L"sshd", L"nosuch", L"ssh.service", L""}) {

@@ -60,15 +60,19 @@ def add_systemd(bus):
     interface = "org.freedesktop.systemd1.Manager"
     mock = start_mock(bus, "org.freedesktop.systemd1", path, interface)
 
-    def unit(name, load, active, sub):
+    def unit(name, load, active, sub, path="/unit"):
         return (f"('{name}', 'About {name}', '{load}', '{active}', '{sub}', '', "
-                "dbus.ObjectPath('/unit'), dbus.UInt32(0), '', dbus.ObjectPath('/'))")
+                f"dbus.ObjectPath('{path}'), dbus.UInt32(0), '', dbus.ObjectPath('/'))")
+
+    for held in "frozen", "running":
+        mock.AddObject("/unit/" + held, "org.freedesktop.systemd1.Unit", {"FreezerState": held}, [])
 
     units = ", ".join([unit("ssh.service", "loaded", "active", "running"),
                        unit("starting.service", "loaded", "activating", "start"),
                        unit("stopping.service", "loaded", "deactivating", "stop-sigterm"),
                        unit("broken.service", "loaded", "failed", "failed"),
-                       unit("frozen.service", "loaded", "active", "frozen"),
+                       unit("frozen.service", "loaded", "active", "running", "/unit/frozen"),
+                       unit("thawed.service", "loaded", "active", "frozen", "/unit/running"),
                        unit("mentioned.service", "not-found", "inactive", "dead"),
                        unit("WpnUserService_1a2b.service", "loaded", "active", "running")])
     mock.AddMethod(interface, "ListUnitsByPatterns", "asas", "a(ssssssouso)",
