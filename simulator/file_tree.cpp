@@ -1,8 +1,10 @@
 #include "simulator/file_tree.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "platform/case_folding.h"
+#include "platform/os/last_error.h"
 #include "platform/unicode.h"
 
 namespace simulator {
@@ -10,8 +12,10 @@ namespace {
 
 constexpr int kMostLinks = 40;
 
-bool IsAscii(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+bool IsAscii(char character) { return static_cast<unsigned char>(character) < 0x80; }
+
+char LowerAscii(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
 }
 
 File* FindExact(Machine& machine, std::string_view path) {
@@ -43,14 +47,18 @@ std::string_view Contents(const File& file) {
 }  // namespace
 
 bool IsSamePath(std::string_view left, std::string_view right) {
-  if (IsAscii(left) && IsAscii(right)) {
-    return std::ranges::equal(left, right, [](char a, char b) {
-      const auto fold = [](char c) { return velmora::FoldCase(static_cast<wchar_t>(c)); };
-      return a == b || fold(a) == fold(b);
-    });
+  // From the end: paths of one machine begin alike, and most are told apart by their last characters.
+  std::size_t from_end = 0;
+  for (; from_end < left.size() && from_end < right.size(); ++from_end) {
+    const char a = left[left.size() - from_end - 1];
+    const char b = right[right.size() - from_end - 1];
+    if (!IsAscii(a) || !IsAscii(b)) {
+      return velmora::EqualIgnoringCase(velmora::unicode::WideFromUtf8(left),
+                                        velmora::unicode::WideFromUtf8(right));
+    }
+    if (LowerAscii(a) != LowerAscii(b)) return false;
   }
-  return velmora::EqualIgnoringCase(velmora::unicode::WideFromUtf8(left),
-                                    velmora::unicode::WideFromUtf8(right));
+  return left.size() == right.size();
 }
 
 std::string_view FolderOf(std::string_view path) {
@@ -100,6 +108,21 @@ std::vector<File*> ListFolder(Machine& machine, std::string_view path) {
     if (IsSamePath(FolderOf(file.path), *folder)) entries.push_back(&file);
   }
   return entries;
+}
+
+Error DeleteEntry(Machine& machine, std::string_view path) {
+  File* file = FindEntry(machine, path);
+  if (file == nullptr) {
+    const auto resolved = ResolvePath(machine, path, false).value_or("");
+    const bool has_folder = FindFile(machine, FolderOf(resolved)) != nullptr;
+    return has_folder ? velmora::os::kErrorFileNotFound : velmora::os::kErrorPathNotFound;
+  }
+  if (file->failing_deletions && *file->failing_deletions == 0) file->delete_error = 0;
+  if (file->failing_deletions && *file->failing_deletions > 0) --*file->failing_deletions;
+  if (file->delete_error != 0) return file->delete_error;
+  if ((file->folder && !file->link_target) || file->read_only) return velmora::os::kErrorAccessDenied;
+  std::erase_if(*machine.files, [file](const File& other) { return &other == file; });
+  return 0;
 }
 
 std::uint64_t SizeOf(const File& file) { return Contents(file).size() * file.repeated; }

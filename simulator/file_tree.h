@@ -30,6 +30,9 @@ std::vector<File*> ListFolder(Machine& machine, std::string_view path);
 std::string_view FolderOf(std::string_view path);
 std::string_view NameOf(std::string_view path);
 
+/// Deletes what `path` names, a link itself; why that fails, or 0.
+Error DeleteEntry(Machine& machine, std::string_view path);
+
 /// The bytes of a file that start at `position`, at most `size`.
 std::string ReadContents(const File& file, std::uint64_t position, std::size_t size);
 std::uint64_t SizeOf(const File& file);

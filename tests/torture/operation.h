@@ -81,6 +81,7 @@ std::vector<Operation> FamilyOperations();
 std::vector<Operation> BaseboardOperations();
 std::vector<Operation> BluetoothOperations();
 std::vector<Operation> InventoryOperations();
+std::vector<Operation> ServiceAndFileOperations();
 std::vector<Operation> DeviceDriverOperations();
 std::vector<Operation> NetworkAdapterOperations();
 std::vector<Operation> NetworkCardOperations();

@@ -19,7 +19,7 @@ std::vector<Operation> AllOperations() {
   std::vector<Operation> all;
   for (const auto table : {BaseboardOperations, BluetoothOperations, DeviceDriverOperations, FamilyOperations,
                            InventoryOperations, NetworkAdapterOperations, NetworkCardOperations,
-                           PartsOperations, PowerOperations}) {
+                           PartsOperations, PowerOperations, ServiceAndFileOperations}) {
     const auto operations = table();
     all.insert(all.end(), operations.begin(), operations.end());
   }

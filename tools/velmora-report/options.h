@@ -9,13 +9,16 @@ namespace report {
 
 /// What the caller asks of the program. Arguments are UTF-8 on Windows and the system's bytes elsewhere.
 struct Options {
-  enum class Action { kReport, kDevices, kRepair, kHelp, kVersion };
+  enum class Action { kReport, kDevices, kRepair, kCommand, kHelp, kVersion };
 
   Action action = Action::kReport;
   bool json = false;
   std::string machine;  ///< machine file to report instead of this machine; empty for this machine
-  std::vector<std::string> repair;  ///< what stands behind "repair"
-  std::vector<std::string> others;  ///< the arguments without the machine file
+  std::vector<std::string> repair;    ///< what stands behind "repair"
+  std::vector<std::string> services;  ///< names to tell of, as are those of processes
+  std::vector<std::string> processes;
+  std::vector<std::string> command;  ///< the words of a command
+  std::vector<std::string> others;   ///< the arguments without the machine file
 };
 
 /// The arguments ask for nothing that the program can do; the message says why.

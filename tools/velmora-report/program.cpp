@@ -1,12 +1,15 @@
 #include "velmora-report/program.h"
 
 #include <exception>
+#include <span>
 
+#include "velmora-report/commands.h"
 #include "velmora-report/devices_section.h"
 #include "velmora-report/json_output.h"
 #include "velmora-report/options.h"
 #include "velmora-report/repair.h"
 #include "velmora-report/sections.h"
+#include "velmora-report/services_section.h"
 #include "velmora-report/system.h"
 #include "velmora-report/text_output.h"
 
@@ -29,14 +32,31 @@ int Repair(const Options& options) {
   return written == kDone ? outcome.status : written;
 }
 
+int RunCommand(const Options& options) {
+  const Command& command = FindCommand(options.command);
+  if (!options.machine.empty()) {
+    if (command.takes_machine_files)
+      return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
+    throw UsageError("\"" + options.command[0] + " " + options.command[1] + "\" is for this machine only");
+  }
+  const CommandOutcome outcome = command.run(std::span(options.command).subspan(2));
+  const ExitStatus written = OutputReport({outcome.section}, options.json);
+  return written == kDone ? outcome.status : written;
+}
+
 int RunOptions(const Options& options) {
-  if (options.action == Options::Action::kHelp) return Output(std::string(kHelp) + RepairHelp());
+  if (options.action == Options::Action::kHelp) {
+    return Output(std::string(kHelp) + RepairHelp() + CommandHelp());
+  }
   if (options.action == Options::Action::kVersion) return Output("velmora-report " VELMORA_VERSION "\n");
+  if (options.action == Options::Action::kCommand) return RunCommand(options);
   if (!options.machine.empty())
     return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
   if (options.action == Options::Action::kRepair) return Repair(options);
-  return OutputReport(options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine(),
-                      options.json);
+  Report report = options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine();
+  if (!options.services.empty()) report.push_back(ServicesSection(options.services));
+  if (!options.processes.empty()) report.push_back(ProcessesSection(options.processes));
+  return OutputReport(report, options.json);
 }
 
 }  // namespace

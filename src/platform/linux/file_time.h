@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "platform/os/files.h"
+#include "platform/os/folders.h"
 
 namespace velmora::os {
 

@@ -44,15 +44,6 @@ Descriptor OpenRegular(const std::string& path) {
 
 }  // namespace
 
-bool DeleteFileA(const char* path) {
-  const auto system_path = SystemPath(std::string_view(path));
-  if (!system_path) {
-    SetLastError(kErrorPathNotFound);
-    return false;
-  }
-  return unlink(system_path->c_str()) == 0;
-}
-
 bool PathFileExistsW(const wchar_t* path) {
   const auto system_path = SystemPath(std::wstring_view(path));
   struct stat status{};

@@ -1,5 +1,5 @@
 /// What Velmora requires of the operating system about files and paths. Folders and names are separated by a
-/// backslash in what callers pass and get, on every system; narrow paths are in the narrow code page.
+/// backslash in what callers pass and get, on every system.
 #pragma once
 
 #include <cstdint>
@@ -8,31 +8,13 @@
 
 namespace velmora::os {
 
-inline constexpr std::uint32_t kFileAttributeReadOnly = 0x1;
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
 inline constexpr std::uint32_t kFileAttributeReparsePoint = 0x400;  ///< a link of any kind
 
-/// FILETIME: units of 100 nanoseconds since 1601-01-01 UTC, in two halves.
-struct FileTime {
-  std::uint32_t low;
-  std::uint32_t high;
-};
-
-/// What the callers use of WIN32_FIND_DATA, whose name has at most 259 characters and a zero.
-template <class Character>
+/// What callers use of WIN32_FIND_DATAW, whose name has at most 259 characters and a zero. Of the attributes
+/// only the two above are told: whether it is a folder, and whether it is a link. An implementation can
+/// mostly tell them without a look at the file itself.
 struct FindData {
-  std::uint32_t attributes;
-  FileTime creation_time;
-  FileTime last_access_time;
-  FileTime last_write_time;
-  std::uint64_t size;
-  Character name[260];
-};
-
-/// Of a wide search callers use no more than the name, and whether it is a folder or a link: only these two
-/// attributes are told. An implementation can mostly tell them without a look at the file itself.
-template <>
-struct FindData<wchar_t> {
   std::uint32_t attributes;
   wchar_t name[260];
 };
@@ -40,16 +22,11 @@ struct FindData<wchar_t> {
 /// Begins to list what `pattern` (a folder, then "//*.*") matches, in the system's order, "." and ".." among
 /// it, and fills `data` with the first. InvalidHandle with the last error on failure: 3 no such folder, 5 not
 /// permitted. Links are reported as links; whether one leads to a folder is told as well.
-Handle FindFirstFileW(const wchar_t* pattern, FindData<wchar_t>& data);
-Handle FindFirstFileA(const char* pattern, FindData<char>& data);
+Handle FindFirstFileW(const wchar_t* pattern, FindData& data);
 
 /// Goes on; false with the last error 18 at the end.
-bool FindNextFileW(Handle find, FindData<wchar_t>& data);
-bool FindNextFileA(Handle find, FindData<char>& data);
+bool FindNextFileW(Handle find, FindData& data);
 bool FindClose(Handle find);
-
-/// Deletes the file `path`; false with the last error on failure. A link is deleted, not what it points to.
-bool DeleteFileA(const char* path);
 
 /// Whether there is a file or folder `path`.
 bool PathFileExistsW(const wchar_t* path);

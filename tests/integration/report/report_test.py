@@ -6,6 +6,7 @@ The environment names the program, VELMORA_REPORT, and, for the Windows program,
 import json
 import os
 import pathlib
+import random as random_module
 import subprocess
 import tempfile
 import unittest
@@ -199,6 +200,154 @@ class WrittenMachineFile(Case):
         self.assert_refused(["--machine", missing], f"{missing}:1: /: cannot be read")
 
 
+class NamedServicesAndProcesses(Case):
+    MACHINE = MACHINES / "laptop-healthy.json"
+
+    def test_are_told_of_when_they_are_asked_for(self):
+        report = self.json_report("--machine", self.MACHINE, "--service", "Spooler", "--process", "explorer.exe",
+                                  "--service", "fax", "--service", "nosuch", "--process", "it's")
+        services = report["services"]
+        self.assertEqual(services["services"], [
+            {"name": "Spooler", "exists": True, "state": "Running", "running": True},
+            {"name": "fax", "exists": False, "state": "Stopped", "running": False},
+            {"name": "nosuch", "exists": False, "state": None, "running": False}])
+        self.assertEqual(services["verdict"], "1 of 3 services run; not running: fax, nosuch.")
+        self.assertEqual(services["push_notification_service"], "WpnUserService_3f2a1")
+        self.assertEqual(report["processes"]["processes"], [{"name": "explorer.exe", "running": True},
+                                                            {"name": "it's", "running": False}])
+        self.assertTrue(report["processes"]["wmi_sink_running"])
+
+    def test_are_left_out_otherwise(self):
+        report = self.json_report("--machine", self.MACHINE)
+        self.assertNotIn("services", report)
+        self.assertNotIn("processes", report)
+
+    def test_are_printed_for_people(self):
+        text = self.report("--machine", self.MACHINE, "--service", "Spooler")
+        self.assertIn("\nServices\n  1 of 1 services run.\n", text)
+
+    def test_need_names(self):
+        self.assert_refused(["--service"], "--service needs a name")
+        self.assert_refused(["--process", ""], "--process needs a name")
+
+
+class Commands(Case):
+    HEALTHY = MACHINES / "laptop-healthy.json"
+    FAILING = MACHINES / "laptop-failing-devices.json"
+
+    def outcome(self, *arguments, status=0, before=()):
+        found, output, errors = run("--json", *arguments, before=before)
+        self.assertEqual((found, errors), (status, ""), output)
+        (section,) = json.loads(output).values()
+        return section
+
+    def test_services_are_started_and_stopped(self):
+        started = self.outcome("--machine", self.HEALTHY, "service", "start", "Fax")
+        self.assertEqual((started["state_before"], started["state_after"], started["done"]), ("Stopped", "Running", True))
+        stopped = self.outcome("--machine", self.HEALTHY, "service", "stop", "Spooler")
+        self.assertEqual((stopped["state_before"], stopped["state_after"], stopped["done"]), ("Running", "Stopped", True))
+
+    def test_services_that_do_not_obey_are_told(self):
+        for arguments, verdict in ((("start", "bthserv"), "could not be started"), (("start", "nosuch"), "could not be"),
+                                   (("stop", "nosuch"), "There is no such service")):
+            outcome = self.outcome("--machine", self.FAILING, "service", *arguments, status=1)
+            self.assertFalse(outcome["done"])
+            self.assertIn(verdict, outcome["verdict"])
+        with tempfile.TemporaryDirectory() as folder:
+            machine = pathlib.Path(folder) / "machine.json"
+            machine.write_text(json.dumps({"services": [{"name": "held", "state": 4, "stop_error": 1051}]}))
+            outcome = self.outcome("--machine", machine, "service", "stop", "held", status=1)
+        self.assertEqual((outcome["state_after"], outcome["verdict"]), ("Running", "The service has not stopped."))
+
+    def test_a_process_is_ended(self):
+        outcome = self.outcome("--machine", self.HEALTHY, "process", "end", "explorer.exe")
+        self.assertEqual((outcome["running_before"], outcome["running_after"], outcome["done"]), (True, False, True))
+        outcome = self.outcome("--machine", self.HEALTHY, "process", "end", "System", status=1)
+        self.assertEqual((outcome["running_before"], outcome["running_after"], outcome["done"]), (True, True, False))
+        outcome = self.outcome("--machine", self.HEALTHY, "process", "end", "zz' OR Name LIKE '%", status=1)
+        self.assertEqual(outcome["verdict"], "There is no such process.")
+
+    def test_files_are_listed_by_their_extension(self):
+        outcome = self.outcome("--machine", self.HEALTHY, "files", "list", "C:\\dump", "--extension", ".dmp")
+        self.assertEqual(outcome["count"], 3)
+        self.assertIn({"path": "C:\\dump\\old\\audio-0.dmp"}, outcome["files"])
+        outcome = self.outcome("files", "list", MACHINES, "--extension", ".json")
+        self.assertEqual(outcome["count"], len(list(MACHINES.glob("*.json"))))
+
+    def test_people_are_told_in_words(self):
+        text = self.report("--machine", self.HEALTHY, "service", "start", "Fax")
+        self.assertTrue(text.startswith("Service\n  The service runs.\n"), text)
+
+    def test_words_that_make_no_command_are_refused(self):
+        for arguments, message in ((("service",), "service needs to know what: service start, service stop"),
+                                   (("service", "kill", "x"), 'there is no command "service kill"'),
+                                   (("service", "stop"), "service stop needs a name"),
+                                   (("service", "stop", "a", "b"), 'unknown option "b"'),
+                                   (("process", "end", ""), "process end needs a name"),
+                                   (("files", "prune", "x"), "--keep is needed"),
+                                   (("files", "prune", "--keep", "1"), "a folder is needed"),
+                                   (("files", "prune", "x", "--keep", "-1"), "--keep needs a whole number"),
+                                   (("files", "prune", "x", "--keep", "1x"), "--keep needs a whole number"),
+                                   (("files", "list", "x"), "--extension is needed")):
+            self.assert_refused(arguments, message)
+
+    def test_a_machine_file_is_not_pruned(self):
+        self.assert_refused(["--machine", self.HEALTHY, "files", "prune", "C:\\dump", "--keep", "1"],
+                            "is for this machine only")
+
+
+class Pruning(Case):
+    """Files of a folder of the test's own."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="velmora-prune-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def write(self, name, age, size=10):
+        file = self.folder / name
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_bytes(b"x" * size)
+        os.utime(file, ns=(10**18, 10**18 - age * 10**9))
+
+    def left(self):
+        return {str(file.relative_to(self.folder)) for file in self.folder.rglob("*") if not file.is_dir()}
+
+    def prune(self, *arguments):
+        return self.json_report("files", "prune", self.folder, *arguments)["files"]
+
+    def test_it_is_told_first_and_done_when_it_is_confirmed(self):
+        for age in range(5):
+            self.write(f"{'sub/' if age % 2 else ''}{age}.dmp", age, size=10 + age)
+        told = self.prune("--keep", "3")
+        self.assertEqual(len(self.left()), 5)
+        self.assertEqual((told["would_delete_count"], told["would_delete_bytes"], told["done"]), (2, 14 + 13, False))
+        self.assertEqual([pathlib.PurePosixPath(file["path"].replace("\\", "/")).name for file in told["files"]],
+                         ["4.dmp", "3.dmp"])
+        done = self.prune("--keep", "3", "--yes")
+        self.assertEqual((done["deleted_count"], done["deleted_bytes"], done["done"]), (2, 27, True))
+        self.assertEqual(self.left(), {"0.dmp", "sub/1.dmp", "2.dmp"})
+        self.assertEqual(self.prune("--keep", "3")["verdict"], "There is nothing to delete.")
+
+    def test_what_is_told_is_what_goes(self):
+        random = random_module.Random(5)
+        for _ in range(6):
+            for i in range(random.randrange(1, 60)):
+                folder = "/".join(random.choice("ab") for _ in range(random.randrange(4)))
+                self.write(f"{folder}/{i}" if folder else str(i), random.randrange(20))
+            before = self.left()
+            keep = str(random.randrange(len(before)))
+            told = self.prune("--keep", keep)
+            done = self.prune("--keep", keep, "--yes")
+            self.assertEqual(told["files"], done["files"])
+            self.assertEqual(len(before) - len(self.left()), told["would_delete_count"])
+
+    def test_a_thousand_go_at_a_time(self):
+        for i in range(1010):
+            self.write(str(i), i, size=1)
+        self.assertEqual(self.prune("--keep", "0")["would_delete_count"], 1000)
+        self.assertEqual(self.prune("--keep", "0", "--yes")["deleted_bytes"], 1000)
+        self.assertEqual(self.left(), {str(i) for i in range(10)})
 class Devices(Case):
     """The list of devices."""
 

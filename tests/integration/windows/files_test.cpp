@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/os/clock.h"
 #include "platform/os/last_error.h"
 
 namespace velmora::os {
@@ -42,19 +41,12 @@ class Files : public testing::Test {
     ASSERT_TRUE(WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr));
     ::CloseHandle(file);
   }
-  std::string Narrow(const std::wstring& text) {
-    std::string narrow(text.size() * 4, '\0');
-    narrow.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), narrow.data(),
-                            static_cast<int>(narrow.size()), nullptr, nullptr)));
-    return narrow;
-  }
 
   std::wstring folder_;
 };
 
 TEST_F(Files, AreListedWithTheFoldersOwnNames) {
-  FindData<wchar_t> data{};
+  FindData data{};
   std::vector<std::wstring> names;
   const Handle find = FindFirstFileW((folder_ + L"//*.*").c_str(), data);
   ASSERT_NE(find, InvalidHandle()) << LastError();
@@ -68,27 +60,8 @@ TEST_F(Files, AreListedWithTheFoldersOwnNames) {
   EXPECT_THAT(names, UnorderedElementsAre(L".", L"..", L"\u00E4.dmp", L"b.log", L"sub"));
 }
 
-TEST_F(Files, AreListedAndDeletedByNarrowNames) {
-  FindData<char> data{};
-  const Handle find = FindFirstFileA((Narrow(folder_) + "\\*.dmp").c_str(), data);
-  ASSERT_NE(find, InvalidHandle()) << LastError();
-  EXPECT_EQ(data.name, Narrow(L"\u00E4.dmp"));
-  EXPECT_EQ(data.size, 10u);
-  const auto written =
-      static_cast<std::int64_t>((std::uint64_t{data.last_write_time.high} << 32) | data.last_write_time.low);
-  EXPECT_NEAR(static_cast<double>(written - 116'444'736'000'000'000), static_cast<double>(SystemTime()), 6e8);
-  EXPECT_FALSE(FindNextFileA(find, data));
-  EXPECT_EQ(LastError(), 18u);
-  EXPECT_TRUE(FindClose(find));
-
-  EXPECT_TRUE(DeleteFileA((Narrow(folder_) + '\\' + data.name).c_str())) << LastError();
-  EXPECT_FALSE(PathFileExistsW((folder_ + L"\\\u00E4.dmp").c_str()));
-  EXPECT_FALSE(DeleteFileA((Narrow(folder_) + '\\' + data.name).c_str()));
-  EXPECT_EQ(LastError(), kErrorFileNotFound);
-}
-
 TEST_F(Files, OfAFolderThatIsMissingAreNotListed) {
-  FindData<wchar_t> data{};
+  FindData data{};
   EXPECT_EQ(FindFirstFileW((folder_ + L"\\nosuch//*.*").c_str(), data), InvalidHandle());
   EXPECT_EQ(LastError(), kErrorPathNotFound);
 }

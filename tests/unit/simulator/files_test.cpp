@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "platform/os/folders.h"
 #include "platform/os/last_error.h"
 #include "simulator/run.h"
 #include "tests/support/simulator/captured_problems.h"
@@ -27,15 +28,22 @@ simulator::Machine MachineWith(std::vector<File> files) {
 /// The names of a folder.
 std::vector<std::string> List(const char* pattern) {
   std::vector<std::string> names;
-  FindData<char> data{};
-  const Handle find = FindFirstFileA(pattern, data);
-  if (find == InvalidHandle()) return names;
-  do {
-    names.emplace_back(data.name);
-  } while (FindNextFileA(find, data));
+  const FolderHandle folder = OpenFolderA(pattern);
+  if (folder == nullptr) return names;
+  FolderEntry entry{};
+  while (ReadFolderA(folder, entry)) names.emplace_back(entry.name);
   EXPECT_EQ(LastError(), 18u);
-  FindClose(find);
+  CloseFolder(folder);
   return names;
+}
+
+/// Deletes the file `path` below "C:".
+bool Delete(const char* path) {
+  constexpr FileTime kAnyTime{0xFFFFFFFF, 0xFFFFFFFF};
+  const FolderHandle folder = OpenFolderA("C://*.*");
+  const bool is_deleted = DeleteFileBelowA(folder, path, kAnyTime);
+  CloseFolder(folder);
+  return is_deleted;
 }
 
 /// The whole of a file.
@@ -58,29 +66,25 @@ TEST(SimulatedFiles, AreListedInTheMachinesOrderBehindTheTwoPoints) {
   EXPECT_THAT(List("C:\\dump\\sub//*.*"), ElementsAre(".", "..", "deep.dmp"));
 }
 
-TEST(SimulatedFiles, AreListedWithTheirFacts) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\\xC3\xA4.dmp",
-                                                .read_only = true,
-                                                .creation_time = 1,
-                                                .last_access_time = 2,
-                                                .last_write_time = 0x100000003,
-                                                .contents = "12345"}}));
-  FindData<char> data{};
-  const Handle find = FindFirstFileA("C:\\dump//*.*", data);
-  EXPECT_EQ(data.attributes, kFileAttributeDirectory);
-  FindNextFileA(find, data);
-  ASSERT_TRUE(FindNextFileA(find, data));
-  FindClose(find);
-  EXPECT_STREQ(data.name, "\xC3\xA4.dmp");
-  EXPECT_EQ(data.attributes & (kFileAttributeDirectory | kFileAttributeReadOnly), kFileAttributeReadOnly);
-  EXPECT_EQ(data.last_write_time.high, 1u);
-  EXPECT_EQ(data.last_write_time.low, 3u);
-  EXPECT_EQ(data.size, 5u);
+TEST(SimulatedFiles, AreReadWithTheirKindAndTheTimeTheyWereWritten) {
+  const auto run = simulator::Use(
+      MachineWith({{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true, .last_write_time = 0x100000003}}));
+  const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
+  FolderEntry entry{};
+  ReadFolderA(folder, entry);
+  EXPECT_EQ(entry.attributes, kFileAttributeDirectory);
+  ReadFolderA(folder, entry);
+  ASSERT_TRUE(ReadFolderA(folder, entry));
+  CloseFolder(folder);
+  EXPECT_STREQ(entry.name, "\xC3\xA4.dmp");
+  EXPECT_EQ(entry.attributes, 0u);
+  EXPECT_EQ(entry.last_write_time.high, 1u);
+  EXPECT_EQ(entry.last_write_time.low, 3u);
 }
 
-TEST(SimulatedFiles, AreListedByNameAndKindInAWideSearch) {
+TEST(SimulatedFiles, AreListedByNameAndKind) {
   const auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true}}));
-  FindData<wchar_t> data{};
+  FindData data{};
   const Handle find = FindFirstFileW(L"C:\\dump//*.*", data);
   EXPECT_EQ(data.attributes, kFileAttributeDirectory);
   FindNextFileW(find, data);
@@ -93,11 +97,15 @@ TEST(SimulatedFiles, AreListedByNameAndKindInAWideSearch) {
 TEST(SimulatedFiles, CannotBeListedWhereThereIsNoFolderOrNoPermission) {
   const auto run = simulator::Use(
       MachineWith({{.path = "C:\\file"}, {.path = "C:\\denied", .folder = true, .list_error = 5}}));
-  FindData<char> data{};
-  EXPECT_EQ(FindFirstFileA("C:\\none//*.*", data), InvalidHandle());
+  FindData data{};
+  EXPECT_EQ(FindFirstFileW(L"C:\\none//*.*", data), InvalidHandle());
   EXPECT_EQ(LastError(), 3u);
-  EXPECT_EQ(FindFirstFileA("C:\\file//*.*", data), InvalidHandle());
-  EXPECT_EQ(FindFirstFileA("C:\\denied//*.*", data), InvalidHandle());
+  EXPECT_EQ(FindFirstFileW(L"C:\\file//*.*", data), InvalidHandle());
+  EXPECT_EQ(FindFirstFileW(L"C:\\denied//*.*", data), InvalidHandle());
+  EXPECT_EQ(LastError(), 5u);
+  EXPECT_EQ(OpenFolderA("C:\\none//*.*"), nullptr);
+  EXPECT_EQ(LastError(), 3u);
+  EXPECT_EQ(OpenFolderA("C:\\denied//*.*"), nullptr);
   EXPECT_EQ(LastError(), 5u);
 }
 
@@ -106,15 +114,14 @@ TEST(SimulatedFiles, LinkToOtherPlaces) {
                                                {.path = "C:\\other\\secret.dmp", .contents = "secret"},
                                                {.path = "C:\\dump\\link", .link_target = "C:\\other"},
                                                {.path = "C:\\dump\\broken", .link_target = "C:\\nowhere"}}));
-  FindData<char> data{};
-  const Handle find = FindFirstFileA("C:\\dump//*.*", data);
-  FindNextFileA(find, data);
-  FindNextFileA(find, data);
-  EXPECT_STREQ(data.name, "link");
-  EXPECT_EQ(data.attributes, kFileAttributeDirectory | kFileAttributeReparsePoint);
-  FindNextFileA(find, data);
-  EXPECT_EQ(data.attributes & kFileAttributeReparsePoint, kFileAttributeReparsePoint);
-  FindClose(find);
+  const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
+  FolderEntry entry{};
+  for (int i = 0; i < 3; ++i) ReadFolderA(folder, entry);
+  EXPECT_STREQ(entry.name, "link");
+  EXPECT_EQ(entry.attributes, kFileAttributeDirectory | kFileAttributeReparsePoint);
+  ReadFolderA(folder, entry);
+  EXPECT_EQ(entry.attributes, kFileAttributeReparsePoint);
+  CloseFolder(folder);
 
   EXPECT_THAT(List("C:\\dump\\link//*.*"), ElementsAre(".", "..", "secret.dmp"));
   EXPECT_EQ(Read(L"C:\\dump\\link\\secret.dmp"), "secret");
@@ -131,12 +138,12 @@ TEST(SimulatedFiles, MayLinkInALoop) {
 TEST(SimulatedFiles, AreDeletedAndLinksInsteadOfWhatTheyPointTo) {
   auto run = simulator::Use(MachineWith(
       {{.path = "C:\\dump\\a.dmp"}, {.path = "C:\\dump\\link", .link_target = "C:\\dump\\a.dmp"}}));
-  EXPECT_TRUE(DeleteFileA("C:\\dump\\link"));
+  EXPECT_TRUE(Delete("dump\\link"));
   EXPECT_THAT(List("C:\\dump//*.*"), ElementsAre(".", "..", "a.dmp"));
-  EXPECT_TRUE(DeleteFileA("C:\\dump\\a.dmp"));
-  EXPECT_FALSE(DeleteFileA("C:\\dump\\a.dmp"));
+  EXPECT_TRUE(Delete("dump\\a.dmp"));
+  EXPECT_FALSE(Delete("dump\\a.dmp"));
   EXPECT_EQ(LastError(), 2u);
-  EXPECT_FALSE(DeleteFileA("C:\\none\\a.dmp"));
+  EXPECT_FALSE(Delete("none\\a.dmp"));
   EXPECT_EQ(LastError(), 3u);
 }
 
@@ -145,13 +152,12 @@ TEST(SimulatedFiles, MayRefuseToBeDeletedForAWhileOrForGood) {
       simulator::Use(MachineWith({{.path = "C:\\dump\\ro", .read_only = true},
                                   {.path = "C:\\dump\\busy", .delete_error = 32, .failing_deletions = 2},
                                   {.path = "C:\\dump\\held", .delete_error = 32}}));
-  for (const char* path :
-       {"C:\\dump\\ro", "C:\\dump", "C:\\dump\\busy", "C:\\dump\\busy", "C:\\dump\\held"}) {
-    EXPECT_FALSE(DeleteFileA(path)) << path;
+  for (const char* path : {"dump\\ro", "dump", "dump\\busy", "dump\\busy", "dump\\held"}) {
+    EXPECT_FALSE(Delete(path)) << path;
   }
   EXPECT_EQ(LastError(), 32u);
-  EXPECT_TRUE(DeleteFileA("C:\\dump\\busy")) << "the third time";
-  for (int i = 0; i < 10; ++i) EXPECT_FALSE(DeleteFileA("C:\\dump\\held"));
+  EXPECT_TRUE(Delete("dump\\busy")) << "the third time";
+  for (int i = 0; i < 10; ++i) EXPECT_FALSE(Delete("dump\\held"));
 }
 
 TEST(SimulatedFiles, AreReadToTheirEnd) {
@@ -183,8 +189,8 @@ TEST(SimulatedFiles, CountsFindHandles) {
   const velmora::testing::CapturedProblems captured;
   {
     const auto run = simulator::Use(MachineWith({}));
-    FindData<char> data{};
-    const Handle find = FindFirstFileA("C:\\dump//*.*", data);
+    FindData data{};
+    const Handle find = FindFirstFileW(L"C:\\dump//*.*", data);
     EXPECT_FALSE(CloseHandle(find));
   }
   EXPECT_THAT(captured.Problems(),
@@ -193,18 +199,21 @@ TEST(SimulatedFiles, CountsFindHandles) {
 
 TEST(SimulatedFiles, GoWrongAsATestWishes) {
   auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\a", .contents = "12345"}}));
+  const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
+  const auto delete_a = [&] { return DeleteFileBelowA(folder, "a", FileTime{0xFFFFFFFF, 0xFFFFFFFF}); };
   run.Inject(Fault::kFail, 0, true);
   EXPECT_THAT(List("C:\\dump//*.*"), IsEmpty());
-  EXPECT_FALSE(DeleteFileA("C:\\dump\\a"));
+  EXPECT_FALSE(delete_a());
   EXPECT_FALSE(PathFileExistsW(L"C:\\dump\\a"));
   EXPECT_EQ(Read(L"C:\\dump\\a"), "none");
   run.Inject(Fault::kEmpty, 0, true);
-  EXPECT_TRUE(DeleteFileA("C:\\dump\\a"));
+  EXPECT_TRUE(delete_a());
   EXPECT_EQ(run.machine().files->size(), 3u) << "it is still there";
   run.Inject(Fault::kUnterminated, 0, true);
   EXPECT_THAT(List("C:\\dump//*.*"),
               ElementsAre(std::string(259, 'A'), std::string(259, 'A'), std::string(259, 'A')));
   EXPECT_EQ(Read(L"C:\\dump\\a"), "AAAAA");
+  CloseFolder(folder);
 }
 
 TEST(SimulatedFiles, HaveAnExtensionFromTheLastPoint) {

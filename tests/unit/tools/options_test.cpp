@@ -57,6 +57,24 @@ TEST(Options, AreRefusedWhenTheMachineFileIsMissing) {
   EXPECT_EQ(UsageErrorOf({"--machine", ""}), "--machine needs a file");
 }
 
+TEST(Options, GatherTheNamesOfServicesAndProcesses) {
+  const Options options = ParseOptions({"--service", "a", "--process", "--json", "--service", "b"});
+  EXPECT_THAT(options.services, ElementsAre("a", "b"));
+  EXPECT_THAT(options.processes, ElementsAre("--json"));
+  EXPECT_FALSE(options.json);
+  EXPECT_THAT(options.others, ElementsAre("--service", "a", "--process", "--json", "--service", "b"));
+  EXPECT_EQ(UsageErrorOf({"--service"}), "--service needs a name");
+}
+
+TEST(Options, TakeACommandWithEverythingBehindIt) {
+  const Options options =
+      ParseOptions({"--machine", "a.json", "files", "prune", "x", "--keep", "3", "--json"});
+  EXPECT_EQ(options.action, Options::Action::kCommand);
+  EXPECT_THAT(options.command, ElementsAre("files", "prune", "x", "--keep", "3"));
+  EXPECT_TRUE(options.json);
+  EXPECT_THAT(options.others, ElementsAre("files", "prune", "x", "--keep", "3", "--json"));
+}
+
 TEST(Options, MayAskForTheListOfDevices) {
   EXPECT_EQ(ParseOptions({"--devices"}).action, Options::Action::kDevices);
   EXPECT_THAT(ParseOptions({"--devices", "--machine", "a.json"}).others, ElementsAre("--devices"));
@@ -74,8 +92,8 @@ TEST(Options, PassEverythingBehindRepairOnButTheProgramsOwnOptions) {
 }
 
 TEST(Options, AreAllToldByTheHelp) {
-  for (const char* const option :
-       {"--devices", "repair", "--json", "--machine FILE", "--help", "--version"}) {
+  for (const char* const option : {"--devices", "repair", "--service NAME", "--process NAME", "COMMAND",
+                                   "--json", "--machine FILE", "--help", "--version"}) {
     EXPECT_THAT(std::string(report::kHelp), HasSubstr(option));
   }
 }
