@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "platform/linux/adapter_name.h"
 #include "platform/linux/dhcp.h"
@@ -185,6 +186,7 @@ std::uint32_t FillAdaptersInfo(const std::filesystem::path& root, Netlink& netli
   const std::vector<Listed> listed = ListAdapters(root, *state);
   if (listed.empty()) return kErrorNoData;
   std::vector<Adapter> adapters;
+  adapters.reserve(listed.size());
   for (const Listed& one : listed) adapters.push_back(KernelsWord(root, *state, one));
   const std::size_t needed = SizeOf(adapters);
   if (needed > std::numeric_limits<std::uint32_t>::max()) return kErrorNotEnoughMemory;
