@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "platform/linux/adapter_name.h"
 #include "platform/linux/dhcp.h"
@@ -49,62 +50,68 @@ IpAddressText Entry(const std::string& address, const std::string& mask) {
 
 IpAddressText NoAddress() { return Entry("0.0.0.0", "0.0.0.0"); }
 
-/// What the readers of one list share.
-class Reader {
- public:
-  Reader(const std::filesystem::path& root, const NetworkState& state)
-      : root_(root), state_(state), bus_(ConnectToSystemBus()), manager_(bus_.get()) {}
-
-  std::vector<Adapter> Read() const {
-    std::vector<Adapter> adapters;
-    for (const NetworkLink& link : state_.links) {
-      const std::vector<const NetworkAddress*> addresses = AddressesOf(link);
-      const bool is_listed = !link.IsLoopback() && (!addresses.empty() || IsCard(root_, link.name));
-      if (is_listed) adapters.push_back(Describe(link, addresses));
-    }
-    return adapters;
-  }
-
- private:
-  std::vector<const NetworkAddress*> AddressesOf(const NetworkLink& link) const {
-    std::vector<const NetworkAddress*> addresses;
-    if (!link.IsRunning()) return addresses;
-    for (const NetworkAddress& address : state_.addresses) {
-      if (address.index == link.index && !address.is_ipv6) addresses.push_back(&address);
-    }
-    return addresses;
-  }
-
-  Adapter Describe(const NetworkLink& link, const std::vector<const NetworkAddress*>& addresses) const {
-    Adapter adapter{.name = GuidText(InterfaceGuid(link.name)),
-                    .description = DescribeAdapter(root_, link),
-                    .address = link.address,
-                    .index = link.index,
-                    .type = TypeOf(link, MediumOf(root_, link.name))};
-    for (const NetworkAddress* address : addresses) {
-      adapter.ip_addresses.push_back(Entry(TextOf(address->address), TextOf(MaskOf(address->prefix_length))));
-    }
-    for (const DefaultRoute& route : state_.routes) {
-      const bool is_here = route.index == link.index && route.gateway && !addresses.empty();
-      if (is_here) adapter.gateways.push_back(Entry(TextOf(*route.gateway), "255.255.255.255"));
-    }
-    if (adapter.ip_addresses.empty()) adapter.ip_addresses.push_back(NoAddress());
-    if (adapter.gateways.empty()) adapter.gateways.push_back(NoAddress());
-    const NetworkAddress* first = addresses.empty() ? nullptr : addresses.front();
-    ManagedDhcp dhcp = DhcpOf(root_, manager_, link, first, now_);
-    adapter.dhcp_enabled = dhcp.enabled;
-    adapter.dhcp_server = std::move(dhcp.server);
-    adapter.lease_obtained = dhcp.obtained;
-    adapter.lease_expires = dhcp.expires;
-    return adapter;
-  }
-
-  const std::filesystem::path& root_;
-  const NetworkState& state_;
-  Bus bus_;
-  NetworkManager manager_;
-  Moment now_ = Now();
+/// An adapter that is listed, with what it was made from.
+struct Listed {
+  const NetworkLink* link = nullptr;
+  std::vector<const NetworkAddress*> addresses;  ///< none while the link is down
 };
+
+std::vector<const NetworkAddress*> AddressesOf(const NetworkLink& link, const NetworkState& state) {
+  std::vector<const NetworkAddress*> addresses;
+  if (!link.IsRunning()) return addresses;
+  for (const NetworkAddress& address : state.addresses) {
+    if (address.index == link.index && !address.is_ipv6) addresses.push_back(&address);
+  }
+  return addresses;
+}
+
+std::vector<Listed> ListAdapters(const std::filesystem::path& root, const NetworkState& state) {
+  std::vector<Listed> adapters;
+  for (const NetworkLink& link : state.links) {
+    if (link.IsLoopback()) continue;
+    Listed listed{.link = &link, .addresses = AddressesOf(link, state)};
+    if (!listed.addresses.empty() || IsCard(root, link.name)) adapters.push_back(std::move(listed));
+  }
+  return adapters;
+}
+
+/// All that the kernel says of an adapter.
+Adapter KernelsWord(const std::filesystem::path& root, const NetworkState& state, const Listed& listed) {
+  const NetworkLink& link = *listed.link;
+  Adapter adapter{.name = GuidText(InterfaceGuid(link.name)),
+                  .description = {},
+                  .address = link.address,
+                  .index = link.index,
+                  .type = TypeOf(link, MediumOf(root, link.name))};
+  for (const NetworkAddress* address : listed.addresses) {
+    adapter.ip_addresses.push_back(Entry(TextOf(address->address), TextOf(MaskOf(address->prefix_length))));
+  }
+  for (const DefaultRoute& route : state.routes) {
+    const bool is_here = route.index == link.index && route.gateway && !listed.addresses.empty();
+    if (is_here) adapter.gateways.push_back(Entry(TextOf(*route.gateway), "255.255.255.255"));
+  }
+  if (adapter.ip_addresses.empty()) adapter.ip_addresses.push_back(NoAddress());
+  if (adapter.gateways.empty()) adapter.gateways.push_back(NoAddress());
+  return adapter;
+}
+
+/// Adds what takes longer to find out and no room in the list: names and leases.
+void Complete(const std::filesystem::path& root, const std::vector<Listed>& listed,
+              std::vector<Adapter>& adapters) {
+  const Bus bus = ConnectToSystemBus();
+  const NetworkManager manager(bus.get());
+  const Moment now = Now();
+  for (std::size_t i = 0; i < listed.size(); ++i) {
+    const auto& [link, addresses] = listed[i];
+    adapters[i].description = DescribeAdapter(root, *link);
+    const NetworkAddress* first = addresses.empty() ? nullptr : addresses.front();
+    ManagedDhcp dhcp = DhcpOf(root, manager, *link, first, now);
+    adapters[i].dhcp_enabled = dhcp.enabled;
+    adapters[i].dhcp_server = std::move(dhcp.server);
+    adapters[i].lease_obtained = dhcp.obtained;
+    adapters[i].lease_expires = dhcp.expires;
+  }
+}
 
 /// Text of a field of `Size` bytes: as many whole characters as fit, and a zero.
 template <std::size_t Size>
@@ -176,14 +183,18 @@ std::uint32_t FillAdaptersInfo(const std::filesystem::path& root, Netlink& netli
                                std::uint32_t& size) {
   const auto state = ReadNetworkState(netlink);
   if (!state) return LastError();
-  const std::vector<Adapter> adapters = Reader(root, *state).Read();
-  if (adapters.empty()) return kErrorNoData;
+  const std::vector<Listed> listed = ListAdapters(root, *state);
+  if (listed.empty()) return kErrorNoData;
+  std::vector<Adapter> adapters;
+  adapters.reserve(listed.size());
+  for (const Listed& one : listed) adapters.push_back(KernelsWord(root, *state, one));
   const std::size_t needed = SizeOf(adapters);
   if (needed > std::numeric_limits<std::uint32_t>::max()) return kErrorNotEnoughMemory;
   if (list == nullptr || size < needed) {
     size = static_cast<std::uint32_t>(needed);
     return kErrorBufferOverflow;
   }
+  Complete(root, listed, adapters);
   PutAdapters(adapters, list);
   return 0;
 }

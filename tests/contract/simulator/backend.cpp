@@ -71,6 +71,18 @@ simulator::Machine MachineOfTheTests() {
       .classes = {{"Win32_VideoController",
                    {{{"Caption", "Second"}},
                     {{"Caption", "UHD"}, {"AdapterDACType", "Internal"}, {"RAM", std::uint64_t{7}}}}}}};
+  machine.adapters = {.list = {{.name = "{4A9B8D69-0000-0000-0000-000000000001}",
+                                .description = "Intel(R) Wi-Fi 6E AX211 160MHz",
+                                .address = {{2, 0xFC, 0, 0, 0, 1}},
+                                .type = 71,
+                                .ip_addresses = {{"10.0.0.2", "255.0.0.0"}, {"10.0.0.3", "255.0.0.0"}},
+                                .gateways = {{"10.0.0.1", ""}}}}};
+  machine.registry = {
+      {"SYSTEM\\CurrentControlSet\\Control\\Class\\{4d36e972-e325-11ce-bfc1-08002be10318}\\0000",
+       {.values = {{"ComponentId", {.text = "pci\\ven_8086&dev_51f0"}}}}}};
+  machine.internet = {.connected = true, .connection_flags = 2};
+  machine.network_list = {.connected = true, .internet = true};
+  machine.bluetooth = {.radios = {{.address = 1, .name = "Laptop"}}};
   machine.firmware = {{.input = 0x250105, .output = {{0, 1, 2, 3, 4}}}, {.input = 0x260105, .error = 1359}};
   return machine;
 }
