@@ -45,6 +45,11 @@ extern const Base kObject; const Base kObject{};
 extern const char* const kTexts[]; const char* const kTexts[] = {"a", "b"};
 int Guarded(int (*function)()) { try { return function(); } catch (const std::runtime_error&) { return 0; } }
 """
+LOCATIONS = """
+#include <source_location>
+const char* File(const std::source_location& where = std::source_location::current());
+const char* FileOfThis() { return File(); }
+"""
 MUTABLE = {
     "a variable": "int counter = 1;",
     "a zeroed variable": "int counter;",
@@ -54,6 +59,8 @@ MUTABLE = {
     "a constant that is made at run time": "int Make(); extern const int kValue; const int kValue = Make();",
     "an inline variable of a header": "inline int counter = 1; int Next() { return ++counter; }",
     "a pointer that can be changed": "const char* text = \"a\";",
+    "a variable beside what the compiler writes": LOCATIONS + "const char* last = FileOfThis();",
+    "a function's text beside it": LOCATIONS + "const char* Last() { static const char* last = \"\"; return last = File(); }",
     "an initialiser that runs": "#include <iostream>\n",
 }
 
@@ -62,6 +69,10 @@ class MutableData(Compiled):
     def test_constants_and_exception_tables_pass(self):
         self.assertEqual(list(mutable_data.find([self.linux(CONSTANT)])), [])
         self.assertEqual(list(mutable_data.find([self.windows("int Add(int a, int b) { return a + b; }")])), [])
+
+    def test_what_the_compiler_writes_for_locations_passes(self):
+        self.assertEqual(list(mutable_data.find([self.linux(LOCATIONS)])), [])
+        self.assertEqual(list(mutable_data.find([self.windows(LOCATIONS)])), [])
 
     def test_every_kind_of_mutable_data_is_found_on_both_systems(self):
         for what, source in MUTABLE.items():
