@@ -1,5 +1,6 @@
 #include "velmora-report/options.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace report {
@@ -46,6 +47,8 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
     }
     options.others.push_back(argument);
   }
+  // Who asks for help in the middle of a repair wants to read, and nothing done.
+  if (std::ranges::count(options.repair, "--help") > 0) options.action = Options::Action::kHelp;
   return options;
 }
 
