@@ -1,5 +1,6 @@
 #include "velmora-report/options.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "velmora-report/commands.h"
@@ -82,6 +83,8 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
     names->push_back(arguments[++i]);
     options.others.push_back(arguments[i]);
   }
+  // Who asks for help in the middle of a repair wants to read, and nothing done.
+  if (std::ranges::count(options.repair, "--help") > 0) options.action = Options::Action::kHelp;
   return options;
 }
 

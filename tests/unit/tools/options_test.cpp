@@ -81,14 +81,17 @@ TEST(Options, MayAskForTheListOfDevices) {
 }
 
 TEST(Options, PassEverythingBehindRepairOnButTheProgramsOwnOptions) {
-  const Options options = ParseOptions(
-      {"--json", "repair", "reset", "--id", "x", "--machine", "a.json", "--help", "--yes", "repair"});
+  const Options options =
+      ParseOptions({"--json", "repair", "reset", "--id", "x", "--machine", "a.json", "--yes", "repair"});
   EXPECT_EQ(options.action, Options::Action::kRepair);
   EXPECT_TRUE(options.json);
   EXPECT_EQ(options.machine, "a.json");
-  EXPECT_THAT(options.repair, ElementsAre("reset", "--id", "x", "--help", "--yes", "repair"));
-  EXPECT_THAT(options.others,
-              ElementsAre("--json", "repair", "reset", "--id", "x", "--help", "--yes", "repair"));
+  EXPECT_THAT(options.repair, ElementsAre("reset", "--id", "x", "--yes", "repair"));
+  EXPECT_THAT(options.others, ElementsAre("--json", "repair", "reset", "--id", "x", "--yes", "repair"));
+}
+
+TEST(Options, AskForHelpAlsoInTheMiddleOfARepair) {
+  EXPECT_EQ(ParseOptions({"repair", "rescan", "--yes", "--help"}).action, Options::Action::kHelp);
 }
 
 TEST(Options, AreAllToldByTheHelp) {
