@@ -17,6 +17,14 @@ Record* Give(std::size_t size = sizeof(Record)) {
   return static_cast<Record*>(HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, size));
 }
 
+/// Bytes of a list with one item. The lists end in an array, which counts in their size in some headers of
+/// the system and not in others.
+constexpr std::size_t kInterfaceListSize =
+    offsetof(WLAN_INTERFACE_INFO_LIST, InterfaceInfo) + sizeof(WLAN_INTERFACE_INFO);
+constexpr std::size_t kNetworkListSize =
+    offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network) + sizeof(WLAN_AVAILABLE_NETWORK);
+constexpr std::size_t kBssListSize = offsetof(WLAN_BSS_LIST, wlanBssEntries) + sizeof(WLAN_BSS_ENTRY);
+
 /// The error that `function` is to give.
 DWORD ErrorOf(const char* function) {
   const bool is_meant = state.failing == nullptr || std::strcmp(state.failing, function) == 0;
@@ -55,7 +63,7 @@ __declspec(dllexport) DWORD WINAPI WlanCloseHandle(HANDLE client, void*) {
 
 __declspec(dllexport) DWORD WINAPI WlanEnumInterfaces(HANDLE client, void*, WLAN_INTERFACE_INFO_LIST** list) {
   if (const DWORD error = Check("WlanEnumInterfaces", client, nullptr)) return error;
-  *list = Give<WLAN_INTERFACE_INFO_LIST>();
+  *list = Give<WLAN_INTERFACE_INFO_LIST>(kInterfaceListSize);
   (*list)->dwNumberOfItems = 1;
   (*list)->InterfaceInfo[0].InterfaceGuid = kInterface;
   std::memcpy((*list)->InterfaceInfo[0].strInterfaceDescription, L"Made-up Wi-Fi", sizeof L"Made-up Wi-Fi");
@@ -88,7 +96,7 @@ __declspec(dllexport) DWORD WINAPI WlanGetAvailableNetworkList(HANDLE client, co
                                                                WLAN_AVAILABLE_NETWORK_LIST** list) {
   state.flags = flags;
   if (const DWORD error = Check("WlanGetAvailableNetworkList", client, interface_id)) return error;
-  *list = Give<WLAN_AVAILABLE_NETWORK_LIST>();
+  *list = Give<WLAN_AVAILABLE_NETWORK_LIST>(kNetworkListSize);
   (*list)->dwNumberOfItems = 1;
   auto& network = (*list)->Network[0];
   network.dot11Ssid.uSSIDLength = 4;
@@ -110,8 +118,8 @@ __declspec(dllexport) DWORD WINAPI WlanGetNetworkBssList(HANDLE client, const GU
   const void* const elements =
       state.elements != nullptr ? static_cast<const void*>(state.elements) : kElements;
   const DWORD size = state.elements != nullptr ? state.elements_size : sizeof kElements;
-  *list = Give<WLAN_BSS_LIST>(sizeof(WLAN_BSS_LIST) + size);
-  (*list)->dwTotalSize = static_cast<DWORD>(sizeof(WLAN_BSS_LIST) + size);
+  *list = Give<WLAN_BSS_LIST>(kBssListSize + size);
+  (*list)->dwTotalSize = static_cast<DWORD>(kBssListSize + size);
   (*list)->dwNumberOfItems = 1;
   auto& entry = (*list)->wlanBssEntries[0];
   entry.dot11Ssid = *ssid;
