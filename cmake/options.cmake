@@ -36,14 +36,42 @@ if(VELMORA_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Sources of a folder: its own files, not those of the folders below.
+# velmora_sources(RESULT FOLDER... [EXCEPT NAMES]): the folders' own files, not those of the folders below, without those
+# whose names match. With VELMORA_JOIN the compiler reads them in groups.
 function(velmora_sources result)
+  cmake_parse_arguments(SOURCES "" "EXCEPT" "" ${ARGN})
   set(all)
-  foreach(folder IN LISTS ARGN)
+  foreach(folder IN LISTS SOURCES_UNPARSED_ARGUMENTS)
     file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+    if(SOURCES_EXCEPT)
+      list(FILTER found EXCLUDE REGEX "/(${SOURCES_EXCEPT})[.]cpp$")
+    endif()
+    if(VELMORA_JOIN AND found)
+      velmora_join(found ${folder} ${found})
+    endif()
     list(APPEND all ${found})
   endforeach()
   set(${result} ${all} PARENT_SCOPE)
+endfunction()
+
+# velmora_join(RESULT FOLDER SOURCE...): sources in the build folder that each include a group of those given.
+function(velmora_join result folder)
+  set(script ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
+  execute_process(COMMAND /usr/bin/python3 ${script} 8 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
+                  OUTPUT_STRIP_TRAILING_WHITESPACE)
+  # A source may have got a name that another of its group has.
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script} ${ARGN})
+  string(REPLACE ";" "|" groups "${groups}")
+  string(REPLACE "\n" ";" groups "${groups}")
+  set(joined)
+  foreach(group IN LISTS groups)
+    string(REPLACE "|" "\"\n#include \"" text "#include \"${group}\"\n")
+    list(LENGTH joined number)
+    set(source ${CMAKE_BINARY_DIR}/joined/${folder}/${number}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "${text}" @ONLY)  # left alone when it is as before
+    list(APPEND joined ${source})
+  endforeach()
+  set(${result} ${joined} PARENT_SCOPE)
 endfunction()
 
 # What every shared library of ours is linked with.

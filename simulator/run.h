@@ -45,7 +45,7 @@ ProblemHandler SetProblemHandler(ProblemHandler handler);
 bool IsInsideSimulator() noexcept;
 
 /// One query as the hardware-abstraction library meets it.
-struct Query {
+struct HalQuery {
   unsigned int device_class;
   void* device;
   unsigned int information_id;
@@ -55,7 +55,7 @@ struct Query {
 
 /// Answers a query: writes what it likes and returns the value of the call; nothing leaves the query to the
 /// machine.
-using QueryAnswer = std::function<std::optional<int>(const Query&)>;
+using QueryAnswer = std::function<std::optional<int>(const HalQuery&)>;
 
 /// Gives the value of HalInit, for answers that no machine should give. The table of the class has been
 /// handed out by then, and may be changed.

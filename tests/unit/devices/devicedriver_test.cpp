@@ -100,7 +100,7 @@ TEST(FailingDrivers, AreAskedForOnceAndThenFieldByFieldInAFixedOrder) {
 TEST(FailingDrivers, AreNamedByTheAddressOfTheirEntryEightBytesAnd520ForEachEarlierOne) {
   auto run = simulator::Use(MachineWith({FailingWireless(), FailingWireless(), FailingWireless()}));
   std::vector<char*> devices;
-  run.OnQuery([&](const simulator::Query& query) -> std::optional<int> {
+  run.OnQuery([&](const simulator::HalQuery& query) -> std::optional<int> {
     devices.push_back(static_cast<char*>(query.device));
     return 0;
   });

@@ -60,7 +60,7 @@ TEST(InfScanProperty, AgreesWithANaiveReadingHoweverTheFileIsCut) {
       if (!scan.Take(piece)) break;
     }
     const auto found = scan.Finish();
-    ASSERT_EQ(found, test::NaiveForeignLine(file)) << testing::PrintToString(file);
+    ASSERT_EQ(found, test::NaiveForeignLine(file)) << ::testing::PrintToString(file);
     if (found) ++foreign;
   }
   EXPECT_GT(foreign, kRounds / 10) << "the files are too tame";

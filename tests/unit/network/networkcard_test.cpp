@@ -269,7 +269,7 @@ TEST(NetworkCard, IsMatchedByComponentIdWhenTheProcessorCannotBeAsked) {
     EXPECT_TRUE(CNetworkCard().IsWlanOrWifi(kWifiText));
   }
   auto run = simulator::Use(machine);
-  run.OnQuery([](const simulator::Query& query) {
+  run.OnQuery([](const simulator::HalQuery& query) {
     query.buffer[0] = 3;  // what a failed query leaves behind says nothing
     return 0;
   });

@@ -16,7 +16,7 @@ using hal::LargeNumberOf;
 using hal::QueryInto;
 using hal::WideTextOf;
 using simulator::Fault;
-using simulator::Query;
+using simulator::HalQuery;
 using testing::ElementsAre;
 
 constexpr auto kClass = DeviceClass::kDisk;
@@ -31,7 +31,7 @@ constexpr int kClose = 2;
 class HalQueryDevice : public testing::Test {
  protected:
   void AnswerWith(int result) {
-    run_.OnQuery([=](const Query& query) {
+    run_.OnQuery([=](const HalQuery& query) {
       query.buffer[0] = 66;
       return result;
     });
@@ -62,7 +62,7 @@ TEST_F(HalQueryDevice, IsOpenedAskedIntoAValueAndClosed) {
 }
 
 TEST_F(HalQueryDevice, IsAskedThroughTheRecordThatWasOpened) {
-  run_.OnQuery([](const Query& query) {
+  run_.OnQuery([](const HalQuery& query) {
     hal::DeviceRecord record;
     std::memcpy(&record, query.device, sizeof record);
     EXPECT_NE(record.handle, 0u);
@@ -158,7 +158,7 @@ TEST_F(HalQueryDevice, GivesTheQuerysOwnResult) {
 TEST_F(HalQueryDevice, LetsTheQueryWriteIntoTheValueAsItStands) {
   constexpr int kBefore = 0x11223344;
   int value = kBefore;
-  run_.OnQuery([](const Query& query) {
+  run_.OnQuery([](const HalQuery& query) {
     EXPECT_THAT(query.buffer, ElementsAre(0x44, 0x33, 0x22, 0x11)) << "the value is not zeroed";
     query.buffer[1] = 0xFF;
     return 0;

@@ -14,7 +14,7 @@ namespace {
 namespace hal = velmora::hal;
 using hal::DeviceClass;
 using simulator::Fault;
-using simulator::Query;
+using simulator::HalQuery;
 using testing::ElementsAre;
 
 struct TwoBytes {
@@ -31,7 +31,7 @@ simulator::Machine MachineWithThreshold() {
 TEST(HalRecord, IsReadWithItsOwnSizeIntoTheCallersMemory) {
   auto run = simulator::Use(MachineWithThreshold());
   TwoBytes record{7, 7};
-  run.OnQuery([&](const Query& query) -> std::optional<int> {
+  run.OnQuery([&](const HalQuery& query) -> std::optional<int> {
     EXPECT_EQ(query.buffer.data(), &record.first);
     return std::nullopt;
   });
@@ -43,7 +43,7 @@ TEST(HalRecord, IsReadWithItsOwnSizeIntoTheCallersMemory) {
 TEST(HalRecord, IsNotZeroedBeforeItIsRead) {
   auto run = simulator::Use(MachineWithThreshold());
   TwoBytes record{0xAB, 0xCD};
-  run.OnQuery([&](const Query& query) {
+  run.OnQuery([&](const HalQuery& query) {
     EXPECT_THAT(query.buffer, ElementsAre(0xAB, 0xCD));
     query.buffer[0] = 1;
     return 0;
@@ -57,7 +57,7 @@ TEST(HalRecord, GivesTheQuerysOwnResultWhateverItIs) {
   auto run = simulator::Use(MachineWithThreshold());
   std::uint32_t number = 0;
   for (const int result : {0, 1, 2, -1, 0x10000}) {
-    run.OnQuery([=](const Query&) { return result; });
+    run.OnQuery([=](const HalQuery&) { return result; });
     EXPECT_EQ(hal::QueryResult(DeviceClass::kBattery, 0, number), result);
   }
 }

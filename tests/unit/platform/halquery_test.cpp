@@ -22,7 +22,7 @@ using hal::Number;
 using hal::ShortNarrowText;
 using hal::WideText;
 using simulator::Fault;
-using simulator::Query;
+using simulator::HalQuery;
 using simulator::QueryAnswer;
 using testing::Each;
 using testing::ElementsAre;
@@ -38,7 +38,7 @@ void Put(std::span<unsigned char> buffer, const void* bytes, std::size_t size) {
 
 /// Writes narrow text to the front of the buffer, says `returned_size`, and returns `result`.
 QueryAnswer GivesBytes(std::string bytes, int result = 1, std::optional<unsigned int> returned_size = {}) {
-  return [=](const Query& query) {
+  return [=](const HalQuery& query) {
     Put(query.buffer, bytes.data(), bytes.size());
     query.returned_size = returned_size.value_or(static_cast<unsigned int>(bytes.size()));
     return result;
@@ -47,7 +47,7 @@ QueryAnswer GivesBytes(std::string bytes, int result = 1, std::optional<unsigned
 
 /// The same for UTF-16.
 QueryAnswer GivesUnits(std::u16string units, int result = 1) {
-  return [=](const Query& query) {
+  return [=](const HalQuery& query) {
     Put(query.buffer, units.data(), units.size() * sizeof(char16_t));
     return result;
   };
@@ -55,7 +55,7 @@ QueryAnswer GivesUnits(std::u16string units, int result = 1) {
 
 template <class Value>
 QueryAnswer GivesNumber(Value value, int result = 1, unsigned int returned_size = sizeof(Value)) {
-  return [=](const Query& query) {
+  return [=](const HalQuery& query) {
     Put(query.buffer, &value, sizeof value);
     query.returned_size = returned_size;
     return result;
@@ -64,7 +64,7 @@ QueryAnswer GivesNumber(Value value, int result = 1, unsigned int returned_size 
 
 /// Fills the whole buffer.
 QueryAnswer Fills(unsigned char byte, int result = 1) {
-  return [=](const Query& query) {
+  return [=](const HalQuery& query) {
     std::ranges::fill(query.buffer, byte);
     return result;
   };
@@ -120,7 +120,7 @@ TEST(HalQuery, AsksEachFamilyWithItsOwnBufferSize) {
 TEST(HalQuery, ZeroesEveryBufferBeforeItAsks) {
   auto run = UseNothing();
   int queries = 0;
-  run.OnQuery([&](const Query& query) {
+  run.OnQuery([&](const HalQuery& query) {
     ++queries;
     EXPECT_THAT(query.buffer, Each(0)) << "query " << queries;
     return 1;
@@ -146,7 +146,7 @@ TEST(HalQuery, ZeroesEveryBufferBeforeItAsks) {
 TEST(HalQuery, PassesTheDeviceOn) {
   auto run = UseNothing();
   int device = 0;
-  run.OnQuery([&](const Query& query) {
+  run.OnQuery([&](const HalQuery& query) {
     EXPECT_EQ(query.device, &device);
     return 1;
   });

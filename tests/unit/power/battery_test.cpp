@@ -15,7 +15,7 @@
 namespace {
 
 using simulator::Fault;
-using simulator::Query;
+using simulator::HalQuery;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using velmora::testing::CapturedLog;
@@ -50,7 +50,7 @@ simulator::Machine MachineWithBattery() { return MachineWith({GoodBattery()}); }
 class BatteryThatAnswers : public testing::Test {
  protected:
   void Answer(std::uint32_t number, int result = 1) {
-    run_.OnQuery([=](const Query& query) {
+    run_.OnQuery([=](const HalQuery& query) {
       for (std::size_t i = 0; i < query.buffer.size() && i < sizeof number; ++i) {
         query.buffer[i] = static_cast<unsigned char>(number >> (8 * i));
       }
@@ -232,7 +232,7 @@ TEST_F(BatteryThatAnswers, ReadsAThresholdOnlyWhenTheQueryReturnsExactlyOne) {
 
 TEST_F(BatteryThatAnswers, LeavesInAThresholdRecordWhateverAFailedQueryLeftThere) {
   Threshold threshold{7, 8};
-  run_.OnQuery([](const Query& query) {
+  run_.OnQuery([](const HalQuery& query) {
     EXPECT_THAT(query.buffer, ElementsAre(7, 8)) << "the caller's bytes are not zeroed first";
     query.buffer[1] = 99;
     return 2;

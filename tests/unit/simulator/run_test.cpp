@@ -16,7 +16,7 @@
 namespace {
 
 using simulator::Fault;
-using simulator::Query;
+using simulator::HalQuery;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -252,7 +252,7 @@ TEST(Run, CountsAHandleAsClosedWhenItsCloseIsMadeToFailOrThrow) {
 
 TEST(Run, LetsTheTestAnswerAQuery) {
   auto run = simulator::Use(simulator::BlankMachine());
-  run.OnQuery([](const Query& query) {
+  run.OnQuery([](const HalQuery& query) {
     EXPECT_TRUE(simulator::IsInsideSimulator());
     query.buffer[0] = static_cast<unsigned char>('a' + query.information_id);
     query.returned_size = 0xFFFFFFFF;
@@ -266,7 +266,7 @@ TEST(Run, LetsTheTestAnswerAQuery) {
 
 TEST(Run, AnswersItselfWhatTheTestDoesNot) {
   auto run = simulator::Use(MachineWithProduct("20XW"));
-  run.OnQuery([](const Query& query) -> std::optional<int> {
+  run.OnQuery([](const HalQuery& query) -> std::optional<int> {
     if (query.information_id == kProduct) return std::nullopt;
     return 0;
   });
@@ -305,7 +305,7 @@ TEST(Run, BeginsAfreshEachTime) {
   {
     auto run = simulator::Use(MachineWithProduct("20XW"));
     run.Inject(Fault::kFail, 0, true);
-    run.OnQuery([](const Query&) { return 0; });
+    run.OnQuery([](const HalQuery&) { return 0; });
     EXPECT_EQ(Answer(kProduct).result, 0);
   }
   const auto run = simulator::Use(MachineWithProduct("20XW"));
