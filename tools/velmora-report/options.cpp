@@ -9,6 +9,7 @@ namespace report {
 
 constexpr std::string_view kHelp =
     R"(Usage: velmora-report [--json] [--machine FILE] [--devices] [--service NAME] [--process NAME]
+                      [--network NAME]
        velmora-report [--json] [--machine FILE] repair WHAT [OPTION...]
        velmora-report [--json] [--machine FILE] COMMAND
 
@@ -17,6 +18,7 @@ Tells what hardware this machine has and how it is doing, and repairs it.
   --devices       tell of all devices, class by class, instead
   --service NAME  tell of the service too; may be given several times
   --process NAME  tell whether the program runs too; may be given several times
+  --network NAME  tell of the Wi-Fi network's access point too; may be given several times
   --json          write JSON instead of text; what is not reported is null
   --machine FILE  tell of the simulated machine in FILE (JSON) instead of this one
   --help          show this text
@@ -31,7 +33,8 @@ namespace {
 /// The names that the option has gathered; null for another option.
 std::vector<std::string>* NamesOf(Options& options, const std::string& argument) {
   if (argument == "--service") return &options.services;
-  return argument == "--process" ? &options.processes : nullptr;
+  if (argument == "--process") return &options.processes;
+  return argument == "--network" ? &options.networks : nullptr;
 }
 
 /// The words of a repair or command that has begun; null while none has.

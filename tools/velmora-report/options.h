@@ -17,8 +17,9 @@ struct Options {
   std::vector<std::string> repair;    ///< what stands behind "repair"
   std::vector<std::string> services;  ///< names to tell of, as are those of processes
   std::vector<std::string> processes;
-  std::vector<std::string> command;  ///< the words of a command
-  std::vector<std::string> others;   ///< the arguments without the machine file
+  std::vector<std::string> networks;  ///< Wi-Fi networks whose access points to tell of
+  std::vector<std::string> command;   ///< the words of a command
+  std::vector<std::string> others;    ///< the arguments without the machine file
 };
 
 /// The arguments ask for nothing that the program can do; the message says why.

@@ -1,4 +1,5 @@
 #include "velmora-report/program.h"
+#include "velmora-report/access_points_section.h"
 
 #include <exception>
 #include <span>
@@ -56,6 +57,7 @@ int RunOptions(const Options& options) {
   Report report = options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine();
   if (!options.services.empty()) report.push_back(ServicesSection(options.services));
   if (!options.processes.empty()) report.push_back(ProcessesSection(options.processes));
+  if (!options.networks.empty()) report.push_back(AccessPointsSection(options.networks));
   return OutputReport(report, options.json);
 }
 

@@ -231,6 +231,21 @@ class NamedServicesAndProcesses(Case):
         self.assert_refused(["--process", ""], "--process needs a name")
 
 
+class NamedNetworks(Case):
+    MACHINE = MACHINES / "laptop-healthy.json"
+
+    def test_have_their_access_points_told(self):
+        report = self.json_report("--machine", self.MACHINE, "--network", "Office", "--network", "nosuch")
+        points = report["access_points"]
+        self.assertEqual(points["verdict"], "The access points of 1 of 2 networks are known.")
+        self.assertEqual(points["access_points"], [
+            {"name": "Office", "mac_head": "001A2B", "mac_last": "3C4D5E", "manufacturer": "ACME", "model": "AP1"},
+            {"name": "nosuch", "mac_head": None, "mac_last": None, "manufacturer": None, "model": None}])
+
+    def test_are_left_out_otherwise(self):
+        self.assertNotIn("access_points", self.json_report("--machine", self.MACHINE))
+
+
 class Commands(Case):
     HEALTHY = MACHINES / "laptop-healthy.json"
     FAILING = MACHINES / "laptop-failing-devices.json"

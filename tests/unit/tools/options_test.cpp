@@ -66,6 +66,12 @@ TEST(Options, GatherTheNamesOfServicesAndProcesses) {
   EXPECT_EQ(UsageErrorOf({"--service"}), "--service needs a name");
 }
 
+TEST(Options, GatherTheNamesOfNetworks) {
+  const Options options = ParseOptions({"--network", "Office", "--network", "two words"});
+  EXPECT_THAT(options.networks, ElementsAre("Office", "two words"));
+  EXPECT_EQ(UsageErrorOf({"--network"}), "--network needs a name");
+}
+
 TEST(Options, TakeACommandWithEverythingBehindIt) {
   const Options options =
       ParseOptions({"--machine", "a.json", "files", "prune", "x", "--keep", "3", "--json"});
