@@ -74,7 +74,7 @@ def main():
             rows["fdfind"].append(timed(["fdfind", "-u", "-e", "dmp", ".", str(listed)]))
             time_of_prune, _, memory = library(options.program, "prune", pruned)
             rows["prune"].append(time_of_prune)
-            rows["sort"].append(timed(["sh", "-c", f"find '{pruned}' -printf '%T@ %p\\n' | sort"]))
+            rows["sort"].append(timed(["sh", "-c", f"find '{pruned}' -printf '%T@ %p\\n' | LC_ALL=C sort"]))
         expected = sum(1 for number in range(options.files) if number // options.folders % 2)
         if found != expected:
             sys.exit(f"file_walks.py: {found} files were found of {expected}")

@@ -50,8 +50,8 @@ class VELMORA_API CBluetooth {
   /// the interface.)
   int IsInUnKownClass();
 
-  /// Whether there is a radio that is switched on and a remote device that it finds. Only the first radio is
-  /// asked. Blocks for an inquiry of about 2.6 seconds.
+  /// Whether there is a radio that is switched on and a classic remote device that it finds: what has low
+  /// energy alone does not count. Only the first radio is asked. Blocks for an inquiry of about 2.6 seconds.
   bool IsFindBtDevice();
 
   /// Milliseconds since the last installation of the driver of the Bluetooth device `hardware_id`; 0 when
@@ -67,7 +67,7 @@ class VELMORA_API CBluetooth {
   /// Asks the radio's reset driver to switch the adapter off and on. `address` is read as hexadecimal
   /// digits up to the first other character, so "1A2B" is 0x1A2B and "00:1A" is 0; what is too large is
   /// 0xFFFFFFFF. `error` becomes 0 on success and for an empty address, which asks for nothing; otherwise the
-  /// system's error number.
+  /// system's error number. On Linux the first adapter is reset, whatever the number.
   void RepairBtByReHard(std::string address, unsigned long& error);
 
   /// Hardware IDs of the remote devices, classic ("BTHENUM\Dev...") and low energy ("BTHLE\Dev..."), in the
@@ -77,7 +77,7 @@ class VELMORA_API CBluetooth {
   /// The name under which the remote device presents itself.
   std::wstring GetExternalDeviceNameByHardID(const std::wstring& hardware_id);
 
-  /// What kind of device it is, such as "Mouse", as far as the system tells.
+  /// What kind of device it is, such as "Mouse", as far as the system tells: Windows tells the setup class.
   std::wstring GetExternalDeviceTypeByHardId(const std::wstring& hardware_id);
 
   /// The device's address as its hardware ID has it: all after the first underscore.

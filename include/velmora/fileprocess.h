@@ -16,21 +16,22 @@ class VELMORA_API CFileProcess {
   CFileProcess();
   ~CFileProcess();
 
-  /// Full paths of the files below `folder` whose extension is exactly `extension`, which has its leading
-  /// point
-  /// (".dmp"), letter case included. Depth first, in the system's order: each subfolder's files stand where
+  /// Full paths of the files below `folder` whose extension is exactly `extension`, letter case included; it
+  /// has its leading point (".dmp"). Depth first, in the system's order: each subfolder's files stand where
   /// the subfolder was met. A file without an extension is never listed. Empty when there is no such folder;
   /// folders that cannot be read are left out. (The extension comes first.)
   std::vector<std::wstring> GetTypeFiles(std::wstring extension, std::wstring folder);
 
   /// Starts the program file `path` without a window and returns without waiting for it: 1 when it runs, else
-  /// 0. Its exit code is nobody's. (The spelling is part of the interface.)
+  /// 0. Its exit code is nobody's. On Linux it leads a terminal group of its own, reads nothing, and what it
+  /// writes is discarded. (The spelling is part of the interface.)
   int ExcuteCmdFile(const std::wstring& path);
 
   /// Deletes the oldest files below the folder `path`, a text of the system's narrow code page, so that the
   /// newest `num` stay. Their last write times over the whole tree count, and among equal times any may stay.
   /// At most 1000 files go in one call, each tried ten times and otherwise left; no more than 1000 subfolders
   /// are looked into. Nothing is deleted for a negative `num`, nor outside the folder, also when somebody
-  /// exchanges a folder for a link meanwhile, nor what was written to since it was looked at.
+  /// exchanges a folder for a link meanwhile, nor what was written to since it was looked at. A file whose
+  /// name the narrow code page cannot hold counts, but stays; on Linux names with a backslash are not seen.
   void DeleteFileByPath(const std::string& path, int num);
 };

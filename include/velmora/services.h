@@ -3,7 +3,9 @@
 ///
 /// Source: WMI for the questions, the service control manager for starting and stopping. Nothing is kept
 /// between calls. Failure: an empty text or false; nothing throws. A name that would change a query, one that
-/// holds an apostrophe above all, names nothing: nothing is asked then. Threads: every call stands for
+/// holds an apostrophe above all, names nothing: nothing is asked then. On Linux a service is a unit of
+/// systemd, by its name without ".service". Starting and stopping need the rights that the system asks for.
+/// Threads: every call stands for
 /// itself.
 #pragma once
 

@@ -11,7 +11,7 @@ namespace velmora::bluetooth {
 /// The first of the Bluetooth class's `hardware_ids` that is an adapter's; empty when none is.
 std::wstring ChooseAdapterId(const std::vector<std::wstring>& hardware_ids);
 
-/// Whether an unknown device is a lost adapter on USB.
+/// Whether an unknown device is a lost adapter on USB: of the one maker whose adapters get lost so.
 bool IsLostUsbAdapter(std::wstring_view hardware_id);
 
 /// Whether an unknown device is a lost adapter of either family.

@@ -17,8 +17,6 @@ namespace bluetooth = velmora::bluetooth;
 
 namespace {
 
-constexpr unsigned long kDisabled = 22;  ///< the problem code of a device that somebody has switched off
-
 /// The system clock in milliseconds since 1970-01-01 UTC; a time before that wraps around.
 std::uint64_t CurrentMilliseconds() {
   constexpr std::int64_t kUnitsInMillisecond = 10'000;
@@ -60,12 +58,13 @@ int CBluetooth::IsInUSBClassEx(unsigned long& error_code) {
     LogDebug([&](auto& line) { line << "CBluetooth::IsInUSBClass: vecUnknownId=" << id << kHere; });
     if (bluetooth::IsLostUsbAdapter(id)) return 0;
   }
+  // Support tools know this line as it is: the name is the shorter test's, and no "=" stands before the code.
   for (const std::wstring& name : bluetooth::UsbNames()) {
     const unsigned long code = bluetooth::UsbProblemOf(name);
     LogDebug([&](auto& line) {
       line << "CBluetooth::IsInUSBClass: desc=" << name << ", uErrorcode" << code << kHere;
     });
-    if (code != 0 && code != kDisabled) {
+    if (code != 0 && code != bluetooth::kDisabled) {
       error_code = code;
       return 1;
     }

@@ -34,6 +34,8 @@ std::vector<std::wstring> CBluetooth::GetExternalDeviceHardID() {
   return remotes;
 }
 
+// The label of the two getters is neither's name, and that of the mice is the whole list's: support tools
+// know the lines so.
 std::wstring CBluetooth::GetExternalDeviceNameByHardID(const std::wstring& hardware_id) {
   std::wstring name;
   if (!hardware_id.empty()) name = bluetooth::TextOf(hardware_id, PROP_DEVICE_NAME);

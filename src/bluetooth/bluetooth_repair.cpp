@@ -1,6 +1,7 @@
 /// Bringing an adapter back that has stopped working.
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "bluetooth/device_questions.h"
@@ -24,12 +25,10 @@ namespace os = velmora::os;
 
 namespace {
 
-constexpr unsigned long kDisabled = 22;  ///< the problem code of a device that somebody has switched off
-
 /// Whether a device of the USB class has a problem that is not its being disabled. A device that has one is
 /// asked twice.
 bool Fails(const std::wstring& usb_name) {
-  return bluetooth::UsbProblemOf(usb_name) != 0 && bluetooth::UsbProblemOf(usb_name) != kDisabled;
+  return bluetooth::UsbProblemOf(usb_name) != 0 && bluetooth::UsbProblemOf(usb_name) != bluetooth::kDisabled;
 }
 
 /// What stands between the label and the name in the line of a device: support tools know these lines, in
@@ -96,6 +95,7 @@ unsigned long CBluetooth::RepairInUSBDriver() {
     const std::wstring id = bluetooth::UsbHardwareId(name);
     const unsigned long uninstalled = bluetooth::UninstallUsb(id);
     std::uint32_t error = os::LastError();
+    // Support tools know these lines too: the name is the uninstalling's, and no "=" stands after "hardId".
     LogDebug([&](auto& line) {
       line << "CBluetooth::UnInstallDeviceDriver: dwUninstall=" << uninstalled << ",err=" << error
            << ", hardId" << id << kHere;

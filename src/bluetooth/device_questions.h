@@ -2,12 +2,16 @@
 /// with it; one that fails by throwing gives the answer for a device that is not there.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "platform/ostrine/deviceinformation.h"
 
 namespace velmora::bluetooth {
+
+inline constexpr unsigned long kDisabled =
+    22;  ///< the problem code of a device that somebody has switched off
 
 // Of the Bluetooth class.
 std::vector<std::wstring> HardwareIds() noexcept;

@@ -9,6 +9,7 @@
 #include "platform/os/service_control.h"
 #include "platform/owned_handle.h"
 #include "system/system_query.h"
+#include "system/whole_text.h"
 #include "velmora/services.h"
 
 using velmora::Answer;
@@ -29,7 +30,13 @@ std::wstring StateOf(const std::wstring& name) {
   return AskTextByName(L"SELECT State FROM Win32_Service WHERE Name='", name, L"State");
 }
 
-OwnedService OpenManager() {
+/// Null, with the last error, for a name that no service can have.
+OwnedService OpenManager(const std::wstring& service_name) {
+  constexpr std::uint32_t kInvalidName = 123;
+  if (!velmora::IsWhole(service_name)) {
+    velmora::os::SetLastError(kInvalidName);
+    return OwnedService();
+  }
   constexpr std::uint32_t kExecute = 0x20000000;
   return OwnedService(velmora::os::OpenSCManagerW(nullptr, nullptr, kExecute));
 }
@@ -70,7 +77,7 @@ bool Start(const OwnedService& service, std::uint32_t& error) {
 
 bool StartByName(const std::wstring& name, std::uint32_t& error) {
   OwnedService service;  // closed behind the manager
-  const OwnedService manager = OpenManager();
+  const OwnedService manager = OpenManager(name);
   if (manager) service = OpenService(manager, name);
   if (service) return Start(service, error);
   error = velmora::os::LastError();
@@ -102,7 +109,7 @@ bool IsServiceExist(std::wstring name) {
 void StopServiceByName(const std::wstring& name) {
   Attempt([&] {
     OwnedService service;  // closed behind the manager
-    const OwnedService manager = OpenManager();
+    const OwnedService manager = OpenManager(name);
     if (manager) service = OpenService(manager, name);
     if (service) Stop(service);
   });

@@ -15,8 +15,10 @@
 #include "platform/owned_handle.h"
 #include "system/oldest_files.h"
 #include "system/typed_files.h"
+#include "system/whole_text.h"
 
 using velmora::Answer;
+using velmora::IsWhole;
 using velmora::LogDebug;
 using velmora::OldestFiles;
 using velmora::OwnedHandle;
@@ -113,8 +115,8 @@ std::vector<std::wstring> CFileProcess::GetTypeFiles(std::wstring extension, std
 }
 
 int CFileProcess::ExcuteCmdFile(const std::wstring& path) {
-  const bool is_started =
-      Answer(false, [&] { return velmora::os::PathFileExistsW(path.c_str()) && Start(path); });
+  const bool is_started = Answer(
+      false, [&] { return IsWhole(path) && velmora::os::PathFileExistsW(path.c_str()) && Start(path); });
   const std::uint32_t error = velmora::os::LastError();
   LogDebug([&](auto& line) {
     line << ",bRet=" << is_started << ", lasterror=" << error << Within("CFileProcess::ExcuteCmdFile");
@@ -126,8 +128,10 @@ void CFileProcess::DeleteFileByPath(const std::string& path, int num) {
   constexpr int kTries = 10;
   LogDebug(
       [&](auto& line) { line << "AudioDumpPath num=" << num << Within("CFileProcess::DeleteFileByPath"); });
-  const auto root = Answer(
-      OwnedFolder(), [&] { return OwnedFolder(velmora::os::OpenFolderA((path + kEverything).c_str())); });
+  const auto root = Answer(OwnedFolder(), [&] {
+    if (!IsWhole(path)) return OwnedFolder();
+    return OwnedFolder(velmora::os::OpenFolderA((path + kEverything).c_str()));
+  });
   const auto doomed = Answer(std::vector<OldestFiles::File>(), [&] {
     OldestFiles files;
     ReadTree(root, files);

@@ -7,6 +7,7 @@
 
 #include "platform/os/files.h"
 #include "platform/owned_handle.h"
+#include "system/whole_text.h"
 
 namespace velmora {
 namespace {
@@ -92,7 +93,7 @@ class Walk {
 }  // namespace
 
 std::vector<std::wstring> FindTypedFiles(const std::wstring& extension, std::wstring folder) {
-  if (!os::PathFileExistsW(folder.c_str())) return {};
+  if (!IsWhole(folder) || !os::PathFileExistsW(folder.c_str())) return {};
   return Walk(extension).Below(std::move(folder));
 }
 

@@ -100,6 +100,8 @@ std::vector<Operation> BluetoothOperations() {
       RemoteList("CBluetooth::GetExternalBlteMouseHardID", &CBluetooth::GetExternalBlteMouseHardID),
       RemoteText("CBluetooth::GetExternalDeviceNameByHardID", &CBluetooth::GetExternalDeviceNameByHardID),
       RemoteText("CBluetooth::GetExternalDeviceTypeByHardId", &CBluetooth::GetExternalDeviceTypeByHardId),
+      Operation("CBluetooth::GetExternalDeviceManufacturer",
+                [] { return CBluetooth().GetExternalDeviceManufacturer(); }),
       Operation("CBluetooth::GetExternalDeviceAddressByHardId",
                 [] { return CBluetooth().GetExternalDeviceAddressByHardId(kMouse); })
           .MayFailWith(std::wstring()),

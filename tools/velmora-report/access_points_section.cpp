@@ -30,7 +30,7 @@ Section AccessPointsSection(const std::vector<std::string>& names) {
     std::string manufacturer;
     std::string model;
     network.GetMacBySsid(head, last, name, manufacturer, model);
-    found += head.empty() ? 0 : 1;
+    if (!head.empty()) ++found;
     list.items.push_back({{"name", "Name", name},
                           {"mac_head", "First half of the address", OutsideText(head)},
                           {"mac_last", "Second half of the address", OutsideText(last)},

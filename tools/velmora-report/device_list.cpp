@@ -45,14 +45,15 @@ ListedDevice ReadDevice(const DeviceClass& device_class, const std::wstring& har
               information.GetDeviceULONGInfoByHardwareID(hardware_id, id, PROP_PROBLEM_CODE))};
 }
 
-/// A device that has no hardware ID, by its description.
-ListedDevice ReadNameless(const DeviceClass& device_class, const std::wstring& description) {
+/// A device by its description: of several the first, as the library means it.
+ListedDevice ReadByDescription(const DeviceClass& device_class, const std::wstring& description) {
   const GUID& id = IdOf(device_class);
   CDeviceInformention information;
   const auto text = [&](enmDEVICE_PROPERTY property) {
     return ToUtf8(information.GetDeviceStrInfoByDesc(description, id, property));
   };
-  return {.description = ToUtf8(description),
+  return {.hardware_id = text(PROP_HARDWARE_ID),
+          .description = ToUtf8(description),
           .driver_version = text(PROP_DRIVER_VERSION),
           .instance_id = text(PROP_INSTANCE_ID),
           .problem_code = static_cast<std::uint32_t>(
@@ -83,7 +84,15 @@ std::vector<ListedDevice> ListDevices(const DeviceClass& device_class) {
     if (description.empty()) continue;
     const bool has_id =
         !information.GetDeviceStrInfoByDesc(description, IdOf(device_class), PROP_HARDWARE_ID).empty();
-    if (!has_id) devices.push_back(ReadNameless(device_class, description));
+    if (!has_id) devices.push_back(ReadByDescription(device_class, description));
+  }
+  return devices;
+}
+
+std::vector<ListedDevice> ListByDescription(const DeviceClass& device_class) {
+  std::vector<ListedDevice> devices;
+  for (const std::wstring& description : CDeviceInformention().GetDeviceDesc(IdOf(device_class))) {
+    devices.push_back(ReadByDescription(device_class, description));
   }
   return devices;
 }

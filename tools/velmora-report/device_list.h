@@ -40,6 +40,10 @@ struct ListedDevice {
 /// The present devices of a class, in the system's order.
 std::vector<ListedDevice> ListDevices(const DeviceClass& device_class);
 
+/// The same, an entry for each description: of several devices with one description the first answers for
+/// all.
+std::vector<ListedDevice> ListByDescription(const DeviceClass& device_class);
+
 /// The first device of the class with that hardware ID, one of several that it may have.
 std::optional<ListedDevice> FindDevice(const DeviceClass& device_class, const std::string& hardware_id);
 

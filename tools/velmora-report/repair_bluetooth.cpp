@@ -19,15 +19,19 @@ constexpr std::string_view kAddress = "--address";
 constexpr std::string_view kForce = "--force";
 constexpr std::string_view kOptions[] = {kAddress, kForce};
 
-/// The USB device that the library would uninstall: the first that fails.
+/// The USB device that the library would uninstall: the first that fails, devices being known by description.
 std::optional<ListedDevice> FirstFailingUsbDevice() {
   constexpr std::uint32_t kDisabled = 22;
-  const auto devices = ListDevices(*FindKind("usb"));
+  const DeviceClass& usb = *FindKind("usb");
+  const auto devices = ListByDescription(usb);
   const auto found = std::ranges::find_if(devices, [](const ListedDevice& device) {
     return device.problem_code != 0 && device.problem_code != kDisabled;
   });
   if (found == devices.end()) return std::nullopt;
-  return *found;
+  ListedDevice target = *found;
+  // It is uninstalled by its hardware ID, which means the first device that has it.
+  if (const auto removed = FindDevice(usb, target.hardware_id)) target.instance_id = removed->instance_id;
+  return target;
 }
 
 /// Why the remedy is not to be used on this machine; empty when nothing speaks against it.
@@ -43,7 +47,7 @@ const std::string& NameToForce(const ListedDevice& device) {
 
 bool IsForced(const RepairArguments& arguments, const ListedDevice& device) {
   const std::string name = arguments.Optional(kForce);
-  return !name.empty() && name == NameToForce(device);
+  return !name.empty() && (name == device.description || name == device.hardware_id);
 }
 
 /// Waits until an adapter is there, five seconds at most.
@@ -126,6 +130,8 @@ RepairOutcome Repair(const RepairArguments& arguments) {
     section.rows.push_back({"usb_device", "USB device", target->description});
     section.rows.push_back({"usb_problem", "State of that device", ProblemText(target->problem_code)});
   }
+  if (remedy == BluetoothRemedy::kUsbRepair && !target)
+    return Tell(std::move(section), "The USB device that failed does so no more.", "", kFailed);
   const std::string plan = Plan(remedy, address);
   if (plan.empty()) {
     const ExitStatus status = remedy == BluetoothRemedy::kNotNeeded ? kDone : kFailed;
@@ -138,7 +144,8 @@ RepairOutcome Repair(const RepairArguments& arguments) {
     return Tell(std::move(section), "Refused: " + reason + ".", remark, kRefused);
   }
   if (arguments.IsConfirmed()) return Act(remedy, address, std::move(section));
-  return Tell(std::move(section), Sentence(before) + " Would " + plan + ".", "--yes does it", kDone);
+  const std::string state = Joined(Sentence(before), Advice(remedy, before));
+  return Tell(std::move(section), state + " Would " + plan + ".", "--yes does it", kDone);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "platform/linux/bluetooth_reset.h"
 
 #include <algorithm>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "platform/linux/small_file.h"
 #include "platform/linux/system_bus.h"
@@ -66,8 +68,7 @@ std::uint32_t Authorise(const std::filesystem::path& device, const char* value) 
 
 std::uint32_t ResetThroughUsb(const std::filesystem::path& device) {
   const std::uint32_t off_error = Authorise(device, "0");
-  const std::uint32_t on_error =
-      Authorise(device, "1");  // whatever came before, the device must not stay off
+  const std::uint32_t on_error = Authorise(device, "1");  // whatever came before: it must not stay off
   return on_error != 0 ? on_error : off_error;
 }
 
@@ -93,9 +94,10 @@ std::optional<std::string> FirstBluetoothAdapter(const std::filesystem::path& ro
 }
 
 std::uint32_t ResetBluetoothAdapter(const std::filesystem::path& root, const std::string& adapter) {
-  if (const auto result = ResetThroughService(adapter)) return *result;
+  const auto service_error = ResetThroughService(adapter);
+  if (service_error == 0U) return 0;
   if (const auto device = UsbDeviceOf(root, adapter)) return ResetThroughUsb(*device);
-  return kErrorNotSupported;
+  return service_error.value_or(kErrorNotSupported);
 }
 
 }  // namespace velmora::os

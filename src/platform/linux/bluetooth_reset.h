@@ -12,7 +12,7 @@ namespace velmora::os {
 /// The first Bluetooth adapter's name ("hci0") in the kernel's numbering; nothing when there is none.
 std::optional<std::string> FirstBluetoothAdapter(const std::filesystem::path& root);
 
-/// Switches the adapter off and on, through the Bluetooth service if it knows the adapter, else by taking the
+/// Switches the adapter off and on, through the Bluetooth service where that does it, else by taking the
 /// right to be used from its USB device and giving it back. Each step is read back. 0, or the error number:
 /// 50 when there is neither way, 1460 when the adapter did not follow in time.
 std::uint32_t ResetBluetoothAdapter(const std::filesystem::path& root, const std::string& adapter);

@@ -2,19 +2,15 @@
 
 #include <cstddef>
 
-#include "platform/case_folding.h"
 #include "platform/ostrine/unit_state.h"
 #include "platform/unicode.h"
 
 namespace velmora::os {
 std::optional<std::string> UnitOfService(std::wstring_view name) {
   constexpr std::size_t kLongestName = 256;
-  constexpr std::wstring_view kEnding = L".service";
   if (name.empty() || name.size() > kLongestName || name.find(L'/') != std::wstring_view::npos)
     return std::nullopt;
-  const bool has_ending =
-      name.size() > kEnding.size() && EqualIgnoringCase(name.substr(name.size() - kEnding.size()), kEnding);
-  return unicode::Utf8FromWide(has_ending ? std::wstring(name) : std::wstring(name).append(kEnding));
+  return unicode::Utf8FromWide(std::wstring(name).append(L".service"));
 }
 
 ServiceStatus StatusOf(const UnitFacts& unit) noexcept {

@@ -37,8 +37,8 @@ struct UnitFacts {
   bool can_stop = true;       ///< false for a unit that only others may stop
 };
 
-/// The unit of service `name`: the name itself when it ends in ".service", else with that ending. Nothing for
-/// a name that Windows refuses as well: an empty one, one with a slash, or one above 256 characters.
+/// The unit of service `name`: the name with ".service" behind it, as WMI's service names lack that. Nothing
+/// for a name that Windows refuses as well: an empty one, one with a slash, or one above 256 characters.
 std::optional<std::string> UnitOfService(std::wstring_view name);
 
 /// The status record. A service that failed is stopped, and its exit code says that its process ended

@@ -55,7 +55,7 @@ struct BluetoothDeviceInfo {
 static_assert(sizeof(BluetoothDeviceInfo) == 560);
 
 /// Finds the first radio that is switched on and opens it as `radio`. Null, with the last error, when there
-/// is none; `radio` is then left as it was.
+/// is none; `radio` is then left as it was, unless the system opened one all the same.
 Handle BluetoothFindFirstRadio(const BluetoothFindRadioParameters& parameters, Handle& radio);
 bool BluetoothFindRadioClose(Handle find);
 

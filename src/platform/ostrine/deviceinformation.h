@@ -12,7 +12,7 @@ enum enmDEVICE_PROPERTY : std::uint32_t {
   PROP_MANUFACTURER = 1,  ///< manufacturer
   PROP_DRIVER_VERSION = 2,  ///< version of the installed driver, dotted text
   PROP_HARDWARE_ID = 3,     ///< first hardware ID (looked up by description)
-  PROP_DEVICE_TYPE = 5,     ///< setup class name; the kind of device for one that is reached over Bluetooth
+  PROP_DEVICE_TYPE = 5,     ///< setup class name; on Linux, over Bluetooth, the kind of device
   PROP_DEVICE_NAME = 6,     ///< name under which a device reached over Bluetooth presents itself
   PROP_DISPLAY_NAME = 7,    ///< friendly name; empty when the device has none
   PROP_INF = 8,             ///< name of the driver's INF file

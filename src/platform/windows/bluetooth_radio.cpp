@@ -88,7 +88,7 @@ Handle BluetoothFindFirstRadio(const BluetoothFindRadioParameters& parameters, H
     BLUETOOTH_FIND_RADIO_PARAMS wanted{.dwSize = parameters.size};
     HANDLE found = nullptr;
     const HANDLE find = find_first(&wanted, &found);
-    if (find != nullptr) radio = found;
+    if (found != nullptr) radio = found;  // whoever asked closes it, also without a search
     return find;
   });
 }

@@ -76,6 +76,16 @@ def Refuse(self):
     self.refused = True
 
 
+@dbus.service.method(dbus.PROPERTIES_IFACE, in_signature='ssv')
+def RefusedSet(_self, _interface, _name, _value):
+    raise dbus.exceptions.DBusException('stuck', name='org.bluez.Error.Failed')
+
+
+@dbus.service.method(MOCK_IFACE)
+def RefuseToSwitch(_self):
+    mockobject.DBusMockObject.Set = RefusedSet
+
+
 @dbus.service.method(MOCK_IFACE, out_signature='s')
 def Requests(self):
     return ','.join(self.requests)

@@ -130,6 +130,12 @@ TEST_F(ResetDriver, FailsWithoutTheRightToSwitch) {
   EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), kErrorAccessDenied);
 }
 
+TEST_F(ResetDriver, FailsWhenTheSwitchDoesNotReadBackAsItWasSet) {
+  AddAdapter(root_);
+  root_.Write((kUsbDevice / "authorized").string(), "1 and more\n");  // more than is written over it
+  EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), kErrorGeneralFailure);
+}
+
 TEST_F(ResetDriver, CannotResetAnAdapterThatIsNeitherOnUsbNorKnownToTheService) {
   std::filesystem::create_directories(root_.Path() / "sys/devices/platform/serial/bluetooth/hci0");
   std::filesystem::create_directories(root_.Path() / "sys/class/bluetooth");
@@ -182,6 +188,29 @@ TEST(BluetoothReset, GoesThroughTheServiceThatKnowsTheAdapter) {
   }
   EXPECT_EQ(states, (std::vector<int>{0, 1}));
   EXPECT_EQ(TextOf(root.Path() / kUsbDevice / "authorized"), "untouched");
+}
+
+/// A service whose adapters cannot be switched.
+class StubbornService : public testing::Test {
+ protected:
+  StubbornService() {
+    bluez_.Call("org.freedesktop.DBus.Mock", "AddAdapter", {"hci0", "00:1A:7D:DA:71:13", "on"});
+    bluez_.Call("org.freedesktop.DBus.Mock", "RefuseToSwitch", {});
+  }
+  const test::PrivateBus bus_;
+  const test::MockService bluez_{VELMORA_TEST_FILES "/bluez_mock.py", "org.bluez", "/"};
+  const FakeRoot root_;
+};
+
+TEST_F(StubbornService, IsPassedOverWhereTheAdapterStandsOnUsb) {
+  AddAdapter(root_);
+  const FileWatch watch(root_.Path() / kUsbDevice / "authorized");
+  EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), 0u);
+  EXPECT_EQ(watch.Writes(), 2);
+}
+
+TEST_F(StubbornService, GivesItsErrorWhereThereIsNoOtherWay) {
+  EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), kErrorGeneralFailure);
 }
 
 }  // namespace

@@ -560,6 +560,21 @@ class BluetoothRepair(Case):
         self.assertEqual((outcome["radio_reset_error"], outcome["done"]), (31, False))
         self.assertIn("Its radio could not be reset: error 31.", outcome["verdict"])
 
+    def test_the_radio_is_reset_once_the_adapter_is_back(self):
+        outcome = self.repair("laptop-bluetooth-failing", "--address", "1A2B", "--yes")
+        self.assertEqual((outcome["remedy_result"], outcome["radio_reset_error"]), (0, 0))
+
+    def test_the_device_that_is_told_is_the_one_that_would_be_uninstalled(self):
+        def usb(name, identifier, code):
+            return {"setup_class": "USB", "description": name, "hardware_ids": [identifier], "problem_code": code}
+        machine = {"devices": [usb("Hub", "USB\\A", 0), usb("Hub", "USB\\B", 43), usb("Stick", "USB\\C", 43)]}
+        with tempfile.TemporaryDirectory() as folder:
+            file = pathlib.Path(folder) / "machine.json"
+            file.write_text(json.dumps(machine))
+            status, output, errors = run("--machine", file, "--json", "repair", "bluetooth")
+        self.assertEqual((status, errors), (0, ""))
+        self.assertEqual(json.loads(output)["repair"]["usb_device"], "Stick")
+
     def test_people_are_told_in_words(self):
         text = self.report("--machine", MACHINES / "laptop-bluetooth-failing.json", "repair", "bluetooth", "--yes")
         self.assertTrue(text.startswith("Bluetooth repair\n  The adapter works.\n"), text)
@@ -587,6 +602,19 @@ class Installed(Case):
 
 class OnLinux(Case):
     """What only the Linux program can be asked."""
+
+    def test_folders_that_the_library_would_read_otherwise_are_not_pruned(self):
+        self.assert_refused(["files", "prune", "a\\b", "--keep", "1"], "cannot be pruned here")
+        self.assert_refused(["files", "prune", "c:dump", "--keep", "1"], "cannot be pruned here")
+
+    def test_times_of_any_year_are_compared(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for name, year in (("old", 1700), ("new", 2400)):
+                path = pathlib.Path(folder) / name
+                path.write_text("x")
+                subprocess.run(["touch", "-d", f"{year}-01-01", path], check=True)
+            _, output, _ = run("--json", "files", "prune", folder, "--keep", "1")
+        self.assertNotIn("new", output.replace(folder, ""))
 
     def test_firmware_that_says_nothing_reads_as_not_reported(self):
         before = without_firmware("/sys/firmware", "/sys/class")

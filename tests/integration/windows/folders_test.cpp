@@ -203,7 +203,7 @@ TEST_F(Folders, MayLieDeeperThanPathsAreLong) {
   EXPECT_TRUE(CloseFolder(named));
 
   EXPECT_TRUE(PathFileExistsW((path.substr(4) + L"\\deep.dmp").c_str()));
-  FindData<wchar_t> data{};
+  FindData data{};
   for (const std::wstring& form : {path, path.substr(4)}) {
     const Handle find = FindFirstFileW((form + L"//*.*").c_str(), data);
     EXPECT_NE(find, InvalidHandle()) << LastError();

@@ -109,6 +109,12 @@ TEST(GetTypeFiles, IsEmptyWithoutTheFolder) {
   EXPECT_EQ(run.Calls("FindFirstFileW"), 0);
 }
 
+TEST(GetTypeFiles, IsEmptyForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
+  auto run = simulator::Use(MachineWith({}));
+  EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", std::wstring(L"C:\\dump\0x", 9)), IsEmpty());
+  EXPECT_THAT(run.Trace(), IsEmpty());
+}
+
 TEST(GetTypeFiles, LeavesOutFoldersThatCannotBeRead) {
   auto closed = Folder("C:\\dump\\closed");
   closed.list_error = 5;
@@ -189,7 +195,13 @@ TEST(ExcuteCmdFile, TriesNothingForAFileThatIsMissing) {
 TEST(ExcuteCmdFile, FailsForWhatIsNoProgram) {
   const auto run = simulator::Use(MachineWithProgram());
   EXPECT_EQ(CFileProcess().ExcuteCmdFile(L"C:\\dump\\text.txt"), 0);
-  EXPECT_EQ(CFileProcess().ExcuteCmdFile(kDump[0] == 'C' ? L"C:\\dump" : L""), 0);
+  EXPECT_EQ(CFileProcess().ExcuteCmdFile(L"C:\\dump"), 0);
+}
+
+TEST(ExcuteCmdFile, StartsNothingForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
+  auto run = simulator::Use(MachineWithProgram());
+  EXPECT_EQ(CFileProcess().ExcuteCmdFile(std::wstring(L"C:\\dump\\run.cmd").append(1, L'\0').append(L"x")), 0);
+  EXPECT_THAT(run.Trace(), IsEmpty());
 }
 
 TEST(ExcuteCmdFile, ClosesOnlyTheHandlesThatItGot) {
@@ -227,6 +239,12 @@ TEST(DeleteFileByPath, DeletesNothingForANegativeNumber) {
   for (const int kept : {-1, -3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
     EXPECT_THAT(LeftAfter(FilesOfRisingAge(5), kept), SizeIs(5)) << kept;
   }
+}
+
+TEST(DeleteFileByPath, DeletesNothingForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
+  auto run = simulator::Use(MachineWith({}));
+  CFileProcess().DeleteFileByPath(std::string("C:\\dump\0x", 9), 0);
+  EXPECT_THAT(run.Trace(), IsEmpty());
 }
 
 TEST(DeleteFileByPath, DeletesTheThousandOldestAtMost) {

@@ -164,6 +164,18 @@ TEST(Services, AskNothingForANameThatWouldChangeTheQuery) {
   EXPECT_THAT(run.Trace(), IsEmpty());
 }
 
+TEST(Services, AreNotStartedOrStoppedByATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
+  const std::wstring name(L"Spooler\0x", 9);
+  for (const std::uint32_t state : {kStopped, kRunning}) {
+    auto run = simulator::Use(MachineWithSpooler(state));
+    EXPECT_FALSE(StartServiceByName(name));
+    EXPECT_EQ(velmora::os::LastError(), 123u);
+    StopServiceByName(name);
+    EXPECT_THAT(run.Trace(), IsEmpty());
+    EXPECT_EQ(StateOfTheFirst(run), state);
+  }
+}
+
 TEST(Services, KeepTheSignsOfPatternsWithinTheirQuotes) {
   const auto run = simulator::Use(MachineWithSpooler(kRunning));
   EXPECT_EQ(GetServiceState(L"Spoole_"), L"");

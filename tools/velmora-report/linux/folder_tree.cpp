@@ -2,10 +2,23 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
+
+#include "velmora-report/options.h"
 
 namespace report {
 namespace {
+
+/// The time as the library compares times: in units of 100 nanoseconds since 1601, none before that. A file
+/// system may hold times of any number of years.
+std::uint64_t UnitsOf(const timespec& time) {
+  constexpr std::int64_t kUnits = 10'000'000;  // in a second
+  constexpr std::int64_t kFirst = -11'644'473'600;
+  constexpr std::int64_t kLast = 400'000'000'000;
+  const std::int64_t seconds = std::clamp<std::int64_t>(time.tv_sec, kFirst, kLast) - kFirst;
+  return static_cast<std::uint64_t>(seconds * kUnits + time.tv_nsec / 100);
+}
 
 /// Depth first, as the library does it: a folder is read to its end before its subfolders are.
 class Tree {
@@ -37,11 +50,7 @@ class Tree {
     const bool is_link = S_ISLNK(facts.st_mode);
     const bool leads_to_folder = is_link && stat(path.c_str(), &target) == 0 && S_ISDIR(target.st_mode);
     if (leads_to_folder || (!is_link && !S_ISREG(facts.st_mode))) return;
-    constexpr std::int64_t kNanoseconds = 1'000'000'000;
-    constexpr std::int64_t kShift = std::int64_t{1} << 62;  // puts times before 1970 in front of the others
-    const std::int64_t time = std::int64_t{facts.st_mtim.tv_sec} * kNanoseconds + facts.st_mtim.tv_nsec;
-    files_.push_back(
-        {path, static_cast<std::uint64_t>(time / 100 + kShift), static_cast<std::uint64_t>(facts.st_size)});
+    files_.push_back({path, UnitsOf(facts.st_mtim), static_cast<std::uint64_t>(facts.st_size)});
   }
 
   std::vector<TreeFile> files_;
@@ -61,6 +70,12 @@ bool IsThere(const std::string& path) {
   return lstat(path.c_str(), &facts) == 0;
 }
 
-std::string ToNarrowPath(const std::string& path) { return path; }
+std::string ToNarrowPath(const std::string& path) {
+  const bool has_drive = path.size() >= 2 && path[1] == ':';  // to the library, whatever folder is called so
+  if (has_drive || path.find('\\') != std::string::npos) {
+    throw UsageError("\"" + path + "\" cannot be pruned here: write folders with slashes, without a drive");
+  }
+  return path;
+}
 
 }  // namespace report

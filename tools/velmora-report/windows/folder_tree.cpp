@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "velmora-report/options.h"
 #include "velmora-report/utf8.h"
 
@@ -18,6 +20,20 @@ std::wstring LongPath(const std::string& path) {
   return full.starts_with(L"\\\\") ? full : L"\\\\?\\" + full;
 }
 
+/// The name in the system's narrow code page; nothing when that cannot hold it.
+std::optional<std::string> Narrowed(const std::wstring& wide) {
+  const int size = static_cast<int>(wide.size());
+  std::string narrow(wide.size() * 4, '\0');
+  const DWORD flags = GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+  narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(
+      CP_ACP, flags, wide.data(), size, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr)));
+  std::wstring back(narrow.size(), L'\0');
+  back.resize(
+      static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, narrow.data(), static_cast<int>(narrow.size()),
+                                                   back.data(), static_cast<int>(back.size()))));
+  return back == wide ? std::optional(narrow) : std::nullopt;
+}
+
 /// Depth first, as the library does it: a folder is read to its end before its subfolders are.
 class Tree {
  public:
@@ -32,7 +48,7 @@ class Tree {
     FindClose(find);
     for (const std::string& subfolder : subfolders) {
       constexpr int kMostSubfolders = 1000;
-      if (++met_ <= kMostSubfolders) Read(subfolder);
+      if (++met_ <= kMostSubfolders && !subfolder.empty()) Read(subfolder);
     }
   }
   std::vector<TreeFile> Take() { return std::move(files_); }
@@ -47,7 +63,7 @@ class Tree {
       files_.push_back({path, (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime,
                         (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow});
     } else if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
-      subfolders.push_back(path);
+      subfolders.push_back(Narrowed(name) ? path : std::string());  // it counts, but there is no way in
     }
   }
 
@@ -68,18 +84,9 @@ bool IsThere(const std::string& path) {
 }
 
 std::string ToNarrowPath(const std::string& path) {
-  const std::wstring wide = FromUtf8(path);
-  const int size = static_cast<int>(wide.size());
-  std::string narrow(wide.size() * 4, '\0');
-  const DWORD flags = GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
-  narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(
-      CP_ACP, flags, wide.data(), size, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr)));
-  std::wstring back(narrow.size(), L'\0');
-  back.resize(
-      static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, narrow.data(), static_cast<int>(narrow.size()),
-                                                   back.data(), static_cast<int>(back.size()))));
-  if (back != wide) throw UsageError("the system's code page has no letters for \"" + path + "\"");
-  return narrow;
+  const auto narrow = Narrowed(FromUtf8(path));
+  if (!narrow) throw UsageError("the system's code page has no letters for \"" + path + "\"");
+  return *narrow;
 }
 
 }  // namespace report

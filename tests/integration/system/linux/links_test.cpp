@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <thread>
 
@@ -76,6 +77,34 @@ TEST(LinksAndFiles, AreWalkedToAnyDepthWithFewFilesOpen) {
   EXPECT_THAT(List(root.Path()), IsEmpty());
 }
 
+/// Exchanges folders of a tree for links to its neighbour, and back, as long as it lives.
+class Attacker {
+ public:
+  Attacker(const std::filesystem::path& root, int folders)
+      : thread_([=, this] {
+          std::mt19937 random(3);
+          while (!is_over_) Exchange(root, std::to_string(static_cast<int>(random() % 1000) % folders));
+        }) {}
+  Attacker(const Attacker&) = delete;
+  Attacker& operator=(const Attacker&) = delete;
+  ~Attacker() {
+    is_over_ = true;
+    thread_.join();
+  }
+
+ private:
+  static void Exchange(const std::filesystem::path& root, const std::string& folder) {
+    std::error_code ignored;
+    std::filesystem::rename(root / "top" / folder, root / ("aside-" + folder), ignored);
+    std::filesystem::create_symlink("../outside/" + folder, root / "top" / folder, ignored);
+    std::filesystem::remove(root / "top" / folder, ignored);
+    std::filesystem::rename(root / ("aside-" + folder), root / "top" / folder, ignored);
+  }
+
+  std::atomic<bool> is_over_ = false;
+  std::thread thread_;
+};
+
 TEST(LinksAndFiles, OutsideAreSafeWhileFoldersAreExchangedForLinksAllTheTime) {
   const FakeRoot root;
   constexpr int kFolders = 8;
@@ -86,19 +115,7 @@ TEST(LinksAndFiles, OutsideAreSafeWhileFoldersAreExchangedForLinksAllTheTime) {
   for (int folder = 0; folder < kFolders; ++folder) {
     for (int file = 0; file < kFiles; ++file) root.Write("outside/" + name(folder, file), "");
   }
-  std::atomic<bool> is_over = false;
-  std::thread attacker([&] {
-    std::mt19937 random(3);
-    const auto at = [&](const std::string& path) { return root.Path() / path; };
-    while (!is_over) {
-      const std::string folder = std::to_string(random() % kFolders);
-      std::error_code ignored;
-      std::filesystem::rename(at("top/" + folder), at("aside-" + folder), ignored);
-      std::filesystem::create_symlink("../outside/" + folder, at("top/" + folder), ignored);
-      std::filesystem::remove(at("top/" + folder), ignored);
-      std::filesystem::rename(at("aside-" + folder), at("top/" + folder), ignored);
-    }
-  });
+  std::optional<Attacker> attacker(std::in_place, root.Path(), kFolders);
   for (int round = 0; round < 40; ++round) {
     for (int folder = 0; folder < kFolders; ++folder) {
       std::error_code ignored;
@@ -111,9 +128,40 @@ TEST(LinksAndFiles, OutsideAreSafeWhileFoldersAreExchangedForLinksAllTheTime) {
     }
     Prune(root.Path() / "top", 0);
   }
-  is_over = true;
-  attacker.join();
+  attacker.reset();
   EXPECT_THAT(List(root.Path() / "outside"), SizeIs(kFolders * kFiles));
+}
+
+TEST(LinksAndFiles, LoseNoneOfTheNewestWhileOtherFoldersAreExchanged) {
+  constexpr int kTrees = 300;
+  constexpr int kFolders = 4;
+  constexpr std::size_t kNewest = 9;
+  std::mt19937 random(17);
+  for (int tree = 0; tree < kTrees; ++tree) {
+    const FakeRoot root;
+    // The newest stand where nothing is exchanged, so that they must all be left.
+    for (std::size_t i = 0; i < kNewest; ++i) root.Write("top/calm/" + std::to_string(i) + ".dmp", "");
+    std::size_t old = 0;
+    for (int folder = 0; folder < kFolders; ++folder) {
+      root.Write("outside/" + std::to_string(folder) + "/precious.dmp", "");
+      const int files = static_cast<int>(random() % 6);
+      for (int file = 0; file <= files; ++file, ++old) {
+        const std::string name = "top/" + std::to_string(folder) + "/" + std::to_string(file) + ".dmp";
+        root.Write(name, "");
+        const auto age = std::chrono::hours(1 + random() % 1000);
+        std::filesystem::last_write_time(root.Path() / name,
+                                         std::filesystem::file_time_type::clock::now() - age);
+      }
+    }
+    const std::size_t kept = kNewest + random() % 4;
+    {
+      const Attacker attacker(root.Path(), kFolders);
+      Prune(root.Path() / "top", static_cast<int>(kept));
+    }
+    EXPECT_THAT(List(root.Path() / "top/calm"), SizeIs(kNewest)) << tree;
+    EXPECT_THAT(List(root.Path() / "outside"), SizeIs(kFolders)) << tree;
+    EXPECT_GE(List(root.Path() / "top").size(), std::min(kept, kNewest + old)) << tree;
+  }
 }
 
 TEST(CommandFiles, RunOnByThemselvesAndLeaveNoChildBehind) {

@@ -129,10 +129,11 @@ TEST(RealProcesses, AreFoundByTheFileNameOfTheirProgram) {
 TEST(RealProcesses, AreEndedOneAtATime) {
   const NamedProgram program("velmora-sleeper-2");
   const HelperProgram second = program.Again("velmora-sleeper-2");
-  while (std::filesystem::read_symlink("/proc/" + std::to_string(second.Id()) + "/exe").filename() !=
-         "velmora-sleeper-2") {
+  const auto image = "/proc/" + std::to_string(second.Id()) + "/exe";
+  std::error_code error;
+  for (int i = 0; i < 2000 && std::filesystem::read_symlink(image, error).filename() != "velmora-sleeper-2";
+       ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
   EXPECT_TRUE(KillProcByName(L"velmora-sleeper-2"));
   const pid_t first = std::min(program.Id(), second.Id());
   EXPECT_TRUE(HasEnded(first));
@@ -151,6 +152,13 @@ TEST(RealProcesses, AreNotEndedByANameThatIsNone) {
   }
   EXPECT_EQ(kill(program.Id(), 0), 0);
   EXPECT_FALSE(KillProcByName(std::wstring(65536, L'x')));
+}
+
+TEST(RealProcesses, WithAnApostropheInTheirNameAreLeftAlone) {
+  const NamedProgram program("velmora's-sleeper");
+  EXPECT_FALSE(IsProcessRunning(L"velmora's-sleeper")) << "nobody is asked";
+  EXPECT_FALSE(KillProcByName(L"velmora's-sleeper"));
+  EXPECT_EQ(kill(program.Id(), 0), 0);
 }
 
 TEST(RealProcesses, HaveNoUnsecappHere) { EXPECT_FALSE(IsProc_unsecapp_Exist()); }

@@ -19,6 +19,14 @@ BOOL Close(HANDLE find, HANDLE expected) {
   return TRUE;
 }
 
+template <class Record>
+void NoteBlank(const Record& record) {
+  Record blank;
+  std::memset(&blank, 0, sizeof blank);
+  blank.dwSize = record.dwSize;
+  if (std::memcmp(&record, &blank, sizeof blank) != 0) state.records_were_blank = false;
+}
+
 }  // namespace
 
 extern "C" {
@@ -46,6 +54,7 @@ __declspec(dllexport) BOOL WINAPI BluetoothFindRadioClose(HANDLE find) {
 
 __declspec(dllexport) DWORD WINAPI BluetoothGetRadioInfo(HANDLE radio, BLUETOOTH_RADIO_INFO* info) {
   state.radio_info_size = info->dwSize;
+  NoteBlank(*info);
   if (radio == nullptr) return ERROR_INVALID_HANDLE;
   if (state.radio_info_error != ERROR_SUCCESS) return state.radio_info_error;
   info->address.ullLong = 0xAABBCCDDEEFF;
@@ -59,6 +68,7 @@ __declspec(dllexport) HANDLE WINAPI BluetoothFindFirstDevice(BLUETOOTH_DEVICE_SE
                                                              BLUETOOTH_DEVICE_INFO* info) {
   state.search = *search;
   state.device_info_size = info->dwSize;
+  NoteBlank(*info);
   if (!state.has_device) {
     SetLastError(ERROR_NO_MORE_ITEMS);
     return nullptr;

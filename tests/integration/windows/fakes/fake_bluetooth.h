@@ -19,6 +19,7 @@ struct BluetoothState {
   DWORD radio_info_size = 0;
   BLUETOOTH_DEVICE_SEARCH_PARAMS search{};
   DWORD device_info_size = 0;
+  bool records_were_blank = true;  ///< but for their sizes
 };
 
 }  // namespace fakes

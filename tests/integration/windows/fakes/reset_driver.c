@@ -49,5 +49,8 @@ NTSTATUS WINAPI DriverEntry(DRIVER_OBJECT* driver, UNICODE_STRING* registry_path
   driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = Control;
   driver->DriverUnload = Unload;
   status = IoCreateDevice(driver, 0, &name, FILE_DEVICE_UNKNOWN, 0, FALSE, &device);
-  return NT_SUCCESS(status) ? IoCreateSymbolicLink(&link, &name) : status;
+  if (!NT_SUCCESS(status)) return status;
+  status = IoCreateSymbolicLink(&link, &name);
+  if (!NT_SUCCESS(status)) IoDeleteDevice(device);
+  return status;
 }
