@@ -44,6 +44,7 @@ STEPS = (
     ("cards after the plan", CARDS, DONE),
     ("uninstall the card", repair("uninstall", "wireless", NETWORK_CARD, "--yes"), DONE),
     ("cards without the card", CARDS, DONE),
+    ("switch the radios off", "for switch in /sys/class/rfkill/*/soft; do echo 1 >$switch; done", DONE),
     ("report without the card", "velmora-report --json", DONE),
     ("uninstall the card again", repair("uninstall", "wireless", NETWORK_CARD, "--yes"), FAILED),
     ("plan to rescan", RESCAN, DONE),
