@@ -68,7 +68,7 @@ struct Builder {
     const std::wstring subsystem =
         device + L"&SUBSYS_" + Hex(alias.subsystem_device, 4) + Hex(alias.subsystem_vendor, 4);
     const std::wstring sub_class = L"CC_" + Hex(alias.base_class, 2) + Hex(alias.sub_class, 2);
-    const std::wstring full_class = sub_class + Hex(alias.interface, 2);
+    const std::wstring full_class = sub_class + Hex(alias.programming_interface, 2);
 
     DeviceIds ids;
     if (facts.pci_revision) ids.hardware.push_back(subsystem + L"&REV_" + Hex(*facts.pci_revision, 2));
@@ -86,10 +86,10 @@ struct Builder {
     if (const wchar_t* root_hub = RootHubId(alias)) return {{root_hub}, {}};
     const std::wstring device = L"USB\\VID_" + Hex(alias.vendor, 4) + L"&PID_" + Hex(alias.product, 4);
     const std::wstring revision = L"&REV_" + Hex(alias.revision, 4);
-    if (facts.usb_composite && alias.interface) {
-      const std::wstring part = L"&MI_" + Hex(alias.interface->number, 2);
+    if (facts.usb_composite && alias.own_interface) {
+      const std::wstring part = L"&MI_" + Hex(alias.own_interface->number, 2);
       return {{device + revision + part, device + part},
-              UsbClassIds(L"Class_", alias.interface->interface_class)};
+              UsbClassIds(L"Class_", alias.own_interface->interface_class)};
     }
     DeviceIds ids{{device + revision, device}, {}};
     if (facts.usb_composite) {
@@ -97,9 +97,9 @@ struct Builder {
       ids.compatible.emplace_back(L"USB\\COMPOSITE");
     } else {
       // Class 0 says that the only interface tells the class.
-      const bool ask_interface = alias.device_class.base_class == 0 && alias.interface;
+      const bool ask_interface = alias.device_class.base_class == 0 && alias.own_interface;
       ids.compatible =
-          UsbClassIds(L"Class_", ask_interface ? alias.interface->interface_class : alias.device_class);
+          UsbClassIds(L"Class_", ask_interface ? alias.own_interface->interface_class : alias.device_class);
     }
     return ids;
   }
@@ -128,8 +128,8 @@ struct Builder {
     DeviceIds ids{{}, {L"HID_DEVICE"}};
     const Modalias parent = ParseModalias(facts.parent_modalias);
     if (const auto* usb = std::get_if<UsbAlias>(&parent)) {
-      const bool is_part = facts.usb_composite && usb->interface;
-      const std::wstring part = is_part ? L"&MI_" + Hex(usb->interface->number, 2) : std::wstring();
+      const bool is_part = facts.usb_composite && usb->own_interface;
+      const std::wstring part = is_part ? L"&MI_" + Hex(usb->own_interface->number, 2) : std::wstring();
       ids.hardware.push_back(device + L"&REV_" + Hex(usb->revision, 4) + part);
       if (is_part) ids.hardware.push_back(device + part);
     }

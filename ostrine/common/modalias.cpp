@@ -69,7 +69,7 @@ Modalias ParsePci(FieldReader fields) {
       .Tag("sc")
       .Hex(2, alias.sub_class)
       .Tag("i")
-      .Hex(2, alias.interface);
+      .Hex(2, alias.programming_interface);
   return fields.AtEnd() ? Modalias(alias) : Modalias();
 }
 
@@ -89,7 +89,7 @@ Modalias ParseUsb(FieldReader fields) {
   UsbClass& own = part.interface_class;
   fields.Tag("ic").Hex(2, own.base_class).Tag("isc").Hex(2, own.sub_class).Tag("ip").Hex(2, own.protocol);
   fields.Tag("in").Hex(2, part.number);
-  alias.interface = part;
+  alias.own_interface = part;
   return fields.AtEnd() ? Modalias(alias) : Modalias();
 }
 

@@ -23,7 +23,7 @@ struct PciAlias {
   std::uint16_t subsystem_device = 0;
   std::uint8_t base_class = 0;
   std::uint8_t sub_class = 0;
-  std::uint8_t interface = 0;
+  std::uint8_t programming_interface = 0;
 };
 
 struct UsbClass {
@@ -43,7 +43,7 @@ struct UsbAlias {
   std::uint16_t product = 0;
   std::uint16_t revision = 0;
   UsbClass device_class;
-  std::optional<Interface> interface;
+  std::optional<Interface> own_interface;
 };
 
 /// hdaudio:v10EC0257r00100001a01

@@ -94,20 +94,20 @@ struct Classifier {
   SetupClass operator()(const PciAlias& alias) const {
     if (traits.has_bluetooth_radio) return SetupClass::kBluetooth;
     if (traits.has_network_interface) return SetupClass::kNet;
-    const std::uint32_t code =
-        std::uint32_t{alias.base_class} << 16 | std::uint32_t{alias.sub_class} << 8 | alias.interface;
+    const std::uint32_t code = std::uint32_t{alias.base_class} << 16 | std::uint32_t{alias.sub_class} << 8 |
+                               alias.programming_interface;
     const auto* rule = std::find_if(std::begin(kPciRules), std::end(kPciRules),
                                     [&](const PciRule& r) { return (code & r.mask) == r.code; });
     return rule == std::end(kPciRules) ? SetupClass::kSystem : rule->setup_class;
   }
 
   SetupClass operator()(const UsbAlias& alias) const {
-    if (traits.is_composite_usb && !alias.interface) return SetupClass::kUsb;
+    if (traits.is_composite_usb && !alias.own_interface) return SetupClass::kUsb;
     if (traits.has_bluetooth_radio) return SetupClass::kBluetooth;
     if (traits.has_network_interface) return SetupClass::kNet;
     const bool ask_interface =
-        alias.interface && (traits.is_composite_usb || alias.device_class.base_class == 0);
-    return OfUsbClass(ask_interface ? alias.interface->interface_class : alias.device_class);
+        alias.own_interface && (traits.is_composite_usb || alias.device_class.base_class == 0);
+    return OfUsbClass(ask_interface ? alias.own_interface->interface_class : alias.device_class);
   }
 
   SetupClass operator()(const HdAudioAlias& alias) const {

@@ -49,7 +49,7 @@ std::string DescribePci(const Device& device, NameDatabase& names) {
   std::string_view kind = "PCI device";
   if (const auto* pci = std::get_if<PciAlias>(&parsed)) {
     kind = PciClassName(std::uint32_t{pci->base_class} << 16 | std::uint32_t{pci->sub_class} << 8 |
-                        pci->interface);
+                        pci->programming_interface);
   }
   return WithDriversWord(device, Joined(kind, NumbersOf(device)));
 }
@@ -68,8 +68,9 @@ std::string DescribeUsb(const Device& device, NameDatabase& names) {
   const auto* usb = std::get_if<UsbAlias>(&parsed);
   std::uint8_t base_class = 0;
   if (usb != nullptr) {
-    const bool ask_interface = usb->interface && usb->device_class.base_class == 0;
-    base_class = ask_interface ? usb->interface->interface_class.base_class : usb->device_class.base_class;
+    const bool ask_interface = usb->own_interface && usb->device_class.base_class == 0;
+    base_class =
+        ask_interface ? usb->own_interface->interface_class.base_class : usb->device_class.base_class;
   }
   return Joined(UsbClassName(base_class), NumbersOf(device));
 }

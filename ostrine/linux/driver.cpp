@@ -70,8 +70,8 @@ bool IsBridge(const Device& device) {
 bool IsServedByPrograms(const Device& device) {
   const Modalias parsed = ParseModalias(device.modalias);
   const auto* alias = std::get_if<UsbAlias>(&parsed);
-  return alias != nullptr && alias->interface &&
-         IsDrivenByPrograms(alias->interface->interface_class.base_class);
+  return alias != nullptr && alias->own_interface &&
+         IsDrivenByPrograms(alias->own_interface->interface_class.base_class);
 }
 
 bool IsPartOfBoard(const Device& device) {
