@@ -15,9 +15,6 @@
 
 #include "platform/windows/long_path.h"
 
-// Documented, but not declared by every release of the headers.
-extern "C" NTSTATUS NTAPI NtQueryAttributesFile(OBJECT_ATTRIBUTES* entry, FILE_BASIC_INFORMATION* facts);
-
 namespace velmora::os {
 namespace {
 
@@ -127,12 +124,15 @@ bool IsLink(HANDLE entry) {
          (facts.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-/// The same as the folder tells it: some file systems below follow a link whatever they are asked.
+/// The same as its path tells it: some file systems below follow a link whatever they are asked.
 bool IsLink(HANDLE folder, std::wstring_view name) {
-  Element element(folder, name);
-  FILE_BASIC_INFORMATION facts{};
-  return NtQueryAttributesFile(element.Get(), &facts) >= 0 &&
-         (facts.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  std::wstring path(GetFinalPathNameByHandleW(folder, nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
+  const DWORD size =
+      GetFinalPathNameByHandleW(folder, path.data(), static_cast<DWORD>(path.size()), FILE_NAME_NORMALIZED);
+  if (size == 0 || size >= path.size()) return false;
+  path.resize(size);
+  const DWORD attributes = GetFileAttributesW(path.append(1, L'\\').append(name).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 /// Opens the folder `path` below `folder`, one element after the other; none of them may be a link.

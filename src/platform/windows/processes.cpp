@@ -4,9 +4,6 @@
 
 #include <bit>
 #include <cstddef>
-#include <string>
-
-#include "platform/windows/long_path.h"
 
 namespace velmora::os {
 
@@ -33,10 +30,8 @@ bool TerminateProcess(Handle process, std::uint32_t exit_code) {
 bool CreateProcessW(const wchar_t* application, wchar_t* command_line, bool inherit, std::uint32_t flags,
                     const StartupInfo& startup, ProcessInformation& information) {
   auto start = std::bit_cast<STARTUPINFOW>(startup);
-  const std::wstring program = application != nullptr ? LongPath(application) : std::wstring();
-  return ::CreateProcessW(application != nullptr ? program.c_str() : nullptr, command_line, nullptr, nullptr,
-                          inherit ? TRUE : FALSE, flags, nullptr, nullptr, &start,
-                          reinterpret_cast<PROCESS_INFORMATION*>(&information)) != FALSE;
+  return ::CreateProcessW(application, command_line, nullptr, nullptr, inherit ? TRUE : FALSE, flags, nullptr,
+                          nullptr, &start, reinterpret_cast<PROCESS_INFORMATION*>(&information)) != FALSE;
 }
 
 Handle GetStdHandle(std::uint32_t which) {

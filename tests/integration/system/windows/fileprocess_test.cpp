@@ -2,7 +2,6 @@
 #include "velmora/fileprocess.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <chrono>
 #include <filesystem>
@@ -48,17 +47,6 @@ TEST_F(CommandFiles, ThatAreMissingOrNoneAreNotStarted) {
   EXPECT_EQ(CFileProcess().ExcuteCmdFile((top_ / "text.exe").wstring()), 0);
   EXPECT_EQ(CFileProcess().ExcuteCmdFile(top_.wstring()), 0);
   EXPECT_EQ(CFileProcess().ExcuteCmdFile(L""), 0);
-}
-
-TEST_F(CommandFiles, MayStandUnderPathsBeyondTheUsualLength) {
-  std::wstring folder = L"\\\\?\\" + top_.wstring();
-  for (int i = 0; i < 5; ++i) {
-    folder += L"\\" + std::wstring(60, L'd');
-    ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
-  }
-  const std::wstring program = folder + L"\\hostname.exe";
-  ASSERT_TRUE(CopyFileW(L"C:\\windows\\system32\\hostname.exe", program.c_str(), TRUE));
-  EXPECT_EQ(CFileProcess().ExcuteCmdFile(program.substr(4)), 1);
 }
 
 }  // namespace
