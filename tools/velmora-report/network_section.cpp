@@ -20,7 +20,8 @@ NetworkFacts AskFacts(CNetworkAdapter& network) {
     facts.is_connected = is_connected;
     facts.is_internet_connected = is_internet_connected;
   }
-  // A state that was written is known by being another than before.
+  // A state that was written is known by being another than before, and so that one must be none of them.
+  // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange)
   constexpr auto kNotWritten = static_cast<emIP_STATE_INFO>(0x7FFFFFFF);
   auto state = kNotWritten;
   network.CHeckIPReady(state);

@@ -16,6 +16,7 @@ std::vector<TreeFile> FilesThatWouldGo(const std::vector<TreeFile>& files, std::
   std::ranges::sort(by_age);
   by_age.resize(std::min(files.size() - static_cast<std::size_t>(kept), kMost));
   std::vector<TreeFile> doomed;
+  doomed.reserve(by_age.size());
   for (const auto& [time, number] : by_age) doomed.push_back(files[number]);
   return doomed;
 }

@@ -70,7 +70,7 @@ Value Use(BluetoothRemedy remedy) {
 
 /// All that would be done, after "Would "; empty when nothing would.
 std::string Plan(BluetoothRemedy remedy, const std::string& address) {
-  const std::string intention = Intention(remedy);
+  std::string intention = Intention(remedy);
   if (address.empty()) return intention;
   return (intention.empty() ? "" : intention + ", then ") + "switch the radio off and on";
 }

@@ -29,7 +29,8 @@ class Tree {
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
       const std::string name = entry->path().filename().string();
-      if (name.find('\\') == std::string::npos) Note(folder + "/" + name, subfolders);
+      if (name.find('\\') != std::string::npos) continue;
+      Note(std::string(folder).append("/").append(name), subfolders);
     }
     for (const std::string& subfolder : subfolders) {
       constexpr int kMostSubfolders = 1000;

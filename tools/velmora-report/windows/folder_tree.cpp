@@ -12,7 +12,7 @@ namespace {
 
 /// The path in the form in which the system takes it whatever its length.
 std::wstring LongPath(const std::string& path) {
-  const std::wstring given = FromUtf8(path);
+  std::wstring given = FromUtf8(path);
   std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
   const DWORD size = GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
   if (size == 0 || size >= full.size()) return given;
