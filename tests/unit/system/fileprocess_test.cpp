@@ -200,7 +200,8 @@ TEST(ExcuteCmdFile, FailsForWhatIsNoProgram) {
 
 TEST(ExcuteCmdFile, StartsNothingForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
   auto run = simulator::Use(MachineWithProgram());
-  EXPECT_EQ(CFileProcess().ExcuteCmdFile(std::wstring(L"C:\\dump\\run.cmd").append(1, L'\0').append(L"x")), 0);
+  EXPECT_EQ(CFileProcess().ExcuteCmdFile(std::wstring(L"C:\\dump\\run.cmd").append(1, L'\0').append(L"x")),
+            0);
   EXPECT_THAT(run.Trace(), IsEmpty());
 }
 
