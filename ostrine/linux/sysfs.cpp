@@ -1,10 +1,13 @@
 #include "ostrine/linux/sysfs.h"
 
 #include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <string>
 #include <system_error>
 
 #include "ostrine/common/natural_order.h"
@@ -27,6 +30,38 @@ std::optional<Number> Parse(std::string_view text, int base) {
 struct FolderCloser {
   void operator()(DIR* folder) const noexcept { closedir(folder); }
 };
+
+/// An entry that is opened for its name alone: nothing is read, and no device is woken.
+class NamedEntry {
+ public:
+  explicit NamedEntry(const Path& path) noexcept : entry_(open(path.c_str(), O_PATH | O_CLOEXEC)) {}
+  NamedEntry(const NamedEntry&) = delete;
+  NamedEntry& operator=(const NamedEntry&) = delete;
+  ~NamedEntry() {
+    if (entry_ >= 0) close(entry_);
+  }
+
+  /// The name by which the kernel knows the entry; empty where it cannot be told.
+  Path Name() const {
+    if (entry_ < 0) return {};
+    std::error_code error;
+    Path name = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(entry_), error);
+    return error ? Path() : name;
+  }
+
+ private:
+  int entry_;
+};
+
+/// `path` with every link resolved; empty when it leads nowhere or in circles. The kernel is asked first, as
+/// it needs one step where going through the path needs one for each of its parts.
+Path Resolve(const Path& path) {
+  Path name = NamedEntry(path).Name();
+  if (!name.empty()) return name;
+  std::error_code error;
+  Path resolved = std::filesystem::canonical(path, error);
+  return error ? Path() : resolved;
+}
 
 }  // namespace
 
@@ -71,9 +106,8 @@ std::string LinkName(const Path& path) {
 }
 
 Path ResolveBelow(const Path& path, const Path& folder) {
-  std::error_code error;
-  const Path resolved = std::filesystem::canonical(path, error);
-  if (error) return {};
+  const Path resolved = Resolve(path);
+  if (resolved.empty()) return {};
   const auto ends = std::mismatch(folder.begin(), folder.end(), resolved.begin(), resolved.end());
   return ends.first == folder.end() ? resolved : Path();
 }

@@ -7,7 +7,7 @@
 #include "platform/os/clock.h"
 #include "platform/os/last_error.h"
 #include "platform/os/service_control.h"
-#include "platform/owned_handle.h"
+#include "platform/owned.h"
 #include "system/system_query.h"
 #include "system/whole_text.h"
 #include "velmora/services.h"
@@ -17,12 +17,12 @@ using velmora::AskText;
 using velmora::AskTextByName;
 using velmora::Attempt;
 using velmora::LogDebug;
-using velmora::OwnedHandle;
+using velmora::Owned;
 using velmora::os::ServiceStatus;
 
 namespace {
 
-using OwnedService = OwnedHandle<velmora::os::CloseServiceHandle>;
+using OwnedService = Owned<velmora::os::ServiceHandle, velmora::os::CloseServiceHandle>;
 
 enum State : std::uint32_t { kStopped = 1, kRunning = 4 };
 

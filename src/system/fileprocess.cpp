@@ -12,7 +12,7 @@
 #include "platform/os/folders.h"
 #include "platform/os/last_error.h"
 #include "platform/os/processes.h"
-#include "platform/owned_handle.h"
+#include "platform/owned.h"
 #include "system/oldest_files.h"
 #include "system/typed_files.h"
 #include "system/whole_text.h"
@@ -21,14 +21,14 @@ using velmora::Answer;
 using velmora::IsWhole;
 using velmora::LogDebug;
 using velmora::OldestFiles;
-using velmora::OwnedHandle;
+using velmora::Owned;
 using velmora::Within;
 using velmora::os::FileTime;
 
 namespace {
 
-using OwnedFolder = OwnedHandle<velmora::os::CloseFolder>;
-using OwnedKernelHandle = OwnedHandle<velmora::os::CloseHandle>;
+using OwnedFolder = Owned<velmora::os::FolderHandle, velmora::os::CloseFolder>;
+using OwnedKernelHandle = Owned<velmora::os::Handle, velmora::os::CloseHandle>;
 
 constexpr const char* kEverything = "//*.*";
 

@@ -5,14 +5,14 @@
 
 #include "platform/guard.h"
 #include "platform/os/handle.h"
-#include "platform/owned_handle.h"
+#include "platform/owned.h"
 #include "system/system_query.h"
 #include "velmora/services.h"
 
 using velmora::Answer;
 using velmora::AskNumberByName;
 using velmora::AskTextByName;
-using velmora::OwnedHandle;
+using velmora::Owned;
 
 bool KillProcByName(std::wstring name) {
   return Answer(false, [&] {
@@ -20,7 +20,8 @@ bool KillProcByName(std::wstring name) {
     const std::uint32_t process_id =
         AskNumberByName(L"SELECT ProcessId FROM Win32_Process WHERE Caption='", name, L"ProcessId");
     if (process_id == 0) return false;
-    const OwnedHandle<velmora::os::CloseHandle> process(velmora::os::OpenProcess(kMayEnd, false, process_id));
+    const Owned<velmora::os::Handle, velmora::os::CloseHandle> process(
+        velmora::os::OpenProcess(kMayEnd, false, process_id));
     if (!process) return false;
     velmora::os::TerminateProcess(process.Get(), 0);
     return true;

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/os/files.h"
-#include "platform/owned_handle.h"
+#include "platform/owned.h"
 #include "system/whole_text.h"
 
 namespace velmora {
@@ -59,7 +59,7 @@ class Walk {
 
   void Read(std::wstring folder) {
     os::FindData data{};
-    const OwnedHandle<os::FindClose> find(os::FindFirstFileW((folder + kEverything).c_str(), data));
+    const Owned<os::Handle, os::FindClose> find(os::FindFirstFileW((folder + kEverything).c_str(), data));
     if (!find) return;
     Level& level = levels_.emplace_back(Level{.folder = std::move(folder)});
     do {
