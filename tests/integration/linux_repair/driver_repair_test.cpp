@@ -11,6 +11,7 @@
 
 #include "platform/linux/hardware_root.h"
 #include "tests/support/linux/fake_machine.h"
+#include "velmora/bluetooth.h"
 #include "velmora/devicedriver.h"
 
 namespace {
@@ -165,6 +166,56 @@ TEST_F(DriverRepairOnLinux, TakesAUsbRadioFromItsDriverAndOffersItAgain) {
     fs::remove(machine_.Path() / "sys/bus/usb/devices" / other);
   drivers_.ScanForHardwareChange();
   EXPECT_EQ(Content(machine_.Path() / "sys/bus/usb/drivers_probe"), "1-10");
+}
+
+/// The radio has gone from the bus, and a hub fails.
+class LostRadioOnLinux : public DriverRepairOnLinux {
+ protected:
+  LostRadioOnLinux() {
+    fs::create_directory(Away(""));
+    for (const char* const part : {"1-10", "1-10:1.0", "1-10:1.1"}) fs::rename(Entry(part), Away(part));
+    for (const char* const other : {"1-2:1.0", "1-5:1.0"}) fs::remove(Entry(other));
+    fs::create_directory(hub_ / "power");
+    std::ofstream(hub_ / "power/runtime_status") << "error\n";
+  }
+  fs::path Entry(const std::string& name) const { return machine_.Path() / "sys/bus/usb/devices" / name; }
+  fs::path Away(const std::string& name) const { return machine_.Path() / "sys/bus/usb/away" / name; }
+
+  /// Takes the hub from its driver when it is told to.
+  void Unbind() const {
+    if (Content(machine_.Path() / kUsbDriver / "unbind") == "1-1") fs::remove(hub_ / "driver");
+  }
+  bool IsHubOffered() const { return Content(machine_.Path() / "sys/bus/usb/drivers_probe") == "1-1"; }
+
+  const fs::path hub_ = machine_.Device("pci0000:00/0000:00:14.0/usb1/1-1");
+  CBluetooth bluetooth_;
+};
+
+TEST_F(LostRadioOnLinux, ComesBackWhenTheFailingUsbDeviceIsOfferedToTheDriversAgain) {
+  ASSERT_EQ(bluetooth_.GetHardwareID(), L"");
+  ASSERT_EQ(bluetooth_.IsInUSBClass(), 1);
+  const Kernel kernel([&] {
+    Unbind();
+    if (IsHubOffered() && fs::is_symlink(Away("1-10"))) fs::rename(Away("1-10"), Entry("1-10"));
+  });
+  EXPECT_EQ(bluetooth_.RepairInUSBDriver(), 0U);
+  EXPECT_NE(bluetooth_.GetHardwareID(), L"");
+}
+
+TEST_F(LostRadioOnLinux, StaysLostWhereTheKernelFindsNothing) {
+  {
+    const Kernel kernel([&] { Unbind(); });
+    EXPECT_EQ(bluetooth_.RepairInUSBDriver(), 0U) << "the hub has gone";
+  }
+  EXPECT_TRUE(IsHubOffered());
+  EXPECT_EQ(bluetooth_.GetHardwareID(), L"");
+}
+
+TEST_F(LostRadioOnLinux, IsNotLookedForWithoutTheRight) {
+  machine_.Root().Forbid(std::string(kUsbDriver) + "/unbind");
+  const WithoutRights without_rights;
+  EXPECT_EQ(bluetooth_.RepairInUSBDriver(), 5U);
+  EXPECT_EQ(bluetooth_.GetHardwareID(), L"");
 }
 
 TEST_F(DriverRepairOnLinux, ListsAmongTheFailingWhatHasLostItsDriver) {
