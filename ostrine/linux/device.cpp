@@ -1,7 +1,9 @@
 #include "ostrine/linux/device.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include "ostrine/linux/bluez.h"
@@ -32,22 +34,39 @@ std::vector<Device> WithPortsJoinedToFirmware(std::vector<Device> devices) {
   return others;
 }
 
-}  // namespace
+using Classes = std::initializer_list<SetupClass>;
 
-std::vector<Device> ListDevices(const Path& root) {
+/// The classes that a bus can have devices of, where those are few. The firmware's devices above all are
+/// many, and not looked through for a class that none of them has.
+constexpr Classes kAudioClasses = {SetupClass::kMedia, SetupClass::kNone};
+constexpr Classes kInputClasses = {SetupClass::kKeyboard, SetupClass::kNone};
+constexpr Classes kFirmwareClasses = {SetupClass::kSystem, SetupClass::kKeyboard, SetupClass::kBiometric,
+                                      SetupClass::kNone};
+
+/// Devices of all buses that can have what is wanted, which is one class or all.
+std::vector<Device> ListBuses(const Path& root, std::optional<SetupClass> wanted) {
+  const auto may_have = [&](Classes classes) {
+    return !wanted || std::find(classes.begin(), classes.end(), *wanted) != classes.end();
+  };
   std::vector<Device> devices;
   AppendPciDevices(root, devices);
   AppendUsbDevices(root, devices);
-  AppendHdAudioDevices(root, devices);
-  AppendHidDevices(root, devices);
-  AppendSerioDevices(root, devices);
-  AppendAcpiDevices(root, devices);
+  if (may_have(kAudioClasses)) AppendHdAudioDevices(root, devices);
+  if (may_have(kInputClasses)) AppendHidDevices(root, devices);
+  if (may_have(kFirmwareClasses)) {
+    AppendSerioDevices(root, devices);
+    AppendAcpiDevices(root, devices);
+  }
   AppendVirtioDevices(root, devices);
   return WithPortsJoinedToFirmware(std::move(devices));
 }
 
+}  // namespace
+
+std::vector<Device> ListDevices(const Path& root) { return ListBuses(root, std::nullopt); }
+
 std::vector<Device> ListDevices(const Path& root, SetupClass setup_class) {
-  std::vector<Device> devices = ListDevices(root);
+  std::vector<Device> devices = ListBuses(root, setup_class);
   std::erase_if(devices, [&](const Device& device) { return device.setup_class != setup_class; });
   if (setup_class == SetupClass::kBluetooth) {
     std::vector<Device> remote = ListRemoteBluetoothDevices(root);
