@@ -14,7 +14,7 @@ REPORT = Path(os.environ.get("VELMORA_REPORT", ""))
 
 MODULES = ("nvme", "ahci", "sd_mod", "xhci-pci", "usb-storage", "usbhid", "hid-generic", "bochs", "ext4", "battery",
            "ac", "e1000e", "snd-hda-codec-generic", "snd-hda-intel", "mac80211_hwsim")
-TIME_LIMIT = 240  # seconds; a machine that builds at the same time needs a third
+TIME_LIMIT = 400  # seconds; an idle machine needs a tenth
 
 
 def module_files():
