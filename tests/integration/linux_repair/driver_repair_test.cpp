@@ -211,7 +211,7 @@ TEST_F(LostRadioOnLinux, StaysLostWhereTheKernelFindsNothing) {
   EXPECT_EQ(bluetooth_.GetHardwareID(), L"");
 }
 
-TEST_F(LostRadioOnLinux, IsNotLookedForWithoutTheRight) {
+TEST_F(LostRadioOnLinux, StaysLostWithoutTheRightToRepair) {
   machine_.Root().Forbid(std::string(kUsbDriver) + "/unbind");
   const WithoutRights without_rights;
   EXPECT_EQ(bluetooth_.RepairInUSBDriver(), 5U);

@@ -613,8 +613,9 @@ class OnLinux(Case):
                 path = pathlib.Path(folder) / name
                 path.write_text("x")
                 subprocess.run(["touch", "-d", f"{year}-01-01", path], check=True)
-            _, output, _ = run("--json", "files", "prune", folder, "--keep", "1")
-        self.assertNotIn("new", output.replace(folder, ""))
+            status, output, errors = run("--json", "files", "prune", folder, "--keep", "1")
+        self.assertEqual((status, errors), (0, ""))
+        self.assertEqual([file["path"] for file in json.loads(output)["files"]["files"]], [f"{folder}/old"])
 
     def test_firmware_that_says_nothing_reads_as_not_reported(self):
         before = without_firmware("/sys/firmware", "/sys/class")
