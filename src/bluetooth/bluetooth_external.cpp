@@ -34,8 +34,8 @@ std::vector<std::wstring> CBluetooth::GetExternalDeviceHardID() {
   return remotes;
 }
 
-// The label of the two getters is neither's name, and that of the mice is the whole list's: support tools
-// know the lines so.
+// The label of the two getters is neither's name, and that of the mice is the whole list's, with no brackets
+// round the name at its end: support tools know the lines so.
 std::wstring CBluetooth::GetExternalDeviceNameByHardID(const std::wstring& hardware_id) {
   std::wstring name;
   if (!hardware_id.empty()) name = bluetooth::TextOf(hardware_id, PROP_DEVICE_NAME);
@@ -63,12 +63,12 @@ std::wstring CBluetooth::GetExternalDeviceAddressByHardId(const std::wstring& ha
 std::wstring CBluetooth::GetExternalDeviceManufacturer() { return {}; }
 
 std::vector<std::wstring> CBluetooth::GetExternalBlteMouseHardID() {
-  constexpr Within kHere("CBluetooth::GetExternalBlteMouseHardID");
   std::vector<std::wstring> mice;
   for (const std::wstring& id : bluetooth::HardwareIds()) {
     const std::wstring type = GetExternalDeviceTypeByHardId(id);
     LogDebug([&](auto& line) {
-      line << "CBluetooth::GetExternalDeviceHardID: vecHardwareID=" << id << ", Type=" << type << kHere;
+      line << "CBluetooth::GetExternalDeviceHardID: vecHardwareID=" << id << ", Type=" << type
+           << "CBluetooth::GetExternalBlteMouseHardID";
     });
     const bool is_mouse = bluetooth::IsLowEnergy(id) && bluetooth::SaysMouse(type);
     if (is_mouse && !Append(mice, id)) return {};

@@ -159,11 +159,11 @@ TEST(BluetoothMice, AreLoggedUnderTheLabelOfTheListOfAllAfterTheirType) {
       ElementsAre("CBluetooth::GetExternalDeviceDescription: strHardID=USB\\A, strDeviceType=Bluetooth"
                   "(CBluetooth::GetExternalDeviceTypeByHardId)",
                   "CBluetooth::GetExternalDeviceHardID: vecHardwareID=USB\\A, Type=Bluetooth"
-                  "(CBluetooth::GetExternalBlteMouseHardID)",
+                  "CBluetooth::GetExternalBlteMouseHardID",
                   "CBluetooth::GetExternalDeviceDescription: strHardID=BTHLE\\Dev_2, strDeviceType=Mouse"
                   "(CBluetooth::GetExternalDeviceTypeByHardId)",
                   "CBluetooth::GetExternalDeviceHardID: vecHardwareID=BTHLE\\Dev_2, Type=Mouse"
-                  "(CBluetooth::GetExternalBlteMouseHardID)"));
+                  "CBluetooth::GetExternalBlteMouseHardID"));
 }
 
 TEST(ExternalBluetoothDevices, AreAllOrNoneWhenMemoryRunsOut) {
