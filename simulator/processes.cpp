@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/case_folding.h"
 #include "platform/unicode.h"
 #include "simulator/failing.h"
 #include "simulator/file_tree.h"
@@ -61,14 +62,16 @@ std::uint32_t AddProcess(Session& session, const std::string& application) {
 
 }  // namespace
 
-Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id) {
+Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id, std::wstring_view caption) {
   Entered call("OpenProcess", Hex{access}, inherit, process_id);
   if (simulator::IsRefused(call)) return nullptr;
   if (!call.session.machine.processes) {
     return Refuse(simulator::Unscripted(call.session, "OpenProcess", "processes"));
   }
   const Process* process = FindProcess(call.session, process_id);
-  if (process == nullptr) return Refuse(kErrorInvalidParameter);
+  if (process == nullptr || !EqualIgnoringCase(unicode::WideFromUtf8(process->caption), caption)) {
+    return Refuse(kErrorInvalidParameter);
+  }
   if (process->open_error != 0) return Refuse(process->open_error);
   return call.session.Open(kCloser, OpenedProcess{process_id, access});
 }

@@ -5,8 +5,7 @@
 /// between calls. Failure: an empty text or false; nothing throws. A name that would change a query, one that
 /// holds an apostrophe above all, names nothing: nothing is asked then. On Linux a service is a unit of
 /// systemd, by its name without ".service". Starting and stopping need the rights that the system asks for.
-/// Threads: every call stands for
-/// itself.
+/// Threads: every call stands for itself.
 #pragma once
 
 #include <string>
@@ -15,7 +14,8 @@
 
 /// Ends the first process whose image file's name, with its extension, is `name` in either letter case; other
 /// processes of that name stay. True when one was found and could be opened to be ended, whether it then
-/// ended or not.
+/// ended or not. False without one, and when it has ended meanwhile; on Linux nobody is hit who got its
+/// number.
 VELMORA_API bool KillProcByName(std::wstring name);
 
 /// Whether a process runs whose image file's name, with its extension, is `name` in either letter case.

@@ -6,6 +6,7 @@
 #include "ostrine/common/wql_text.h"
 #include "ostrine/linux/file.h"
 #include "ostrine/linux/wmi_tables.h"
+#include "platform/process_caption.h"
 #include "platform/unicode.h"
 
 namespace ostrine {
@@ -29,11 +30,8 @@ std::optional<std::uint32_t> ProcessNumber(std::string_view name) {
 /// The program's path; empty when it may not be known or there is none.
 std::string ExecutableOf(const Path& folder) {
   std::error_code error;
-  std::string path = std::filesystem::read_symlink(folder / "exe", error).string();
-  if (error) return {};
-  constexpr std::string_view kReplaced = " (deleted)";  // the kernel's mark, not part of the name
-  if (path.ends_with(kReplaced)) path.erase(path.size() - kReplaced.size());
-  return path;
+  const std::string link = std::filesystem::read_symlink(folder / "exe", error).string();
+  return std::string(velmora::ProgramPath(link));
 }
 
 /// Whether the process runs, in contrast to one that has ended. Its state stands behind its name, which is in
@@ -58,8 +56,9 @@ WqlValue PropertyOf(const ListedProcess& process, std::wstring_view property) {
   if (EqualIgnoringCase(property, L"ProcessId")) return std::uint64_t{process.number};
   if (EqualIgnoringCase(property, L"ExecutablePath")) return TextOrNull(process.executable);
   if (EqualIgnoringCase(property, L"Caption") || EqualIgnoringCase(property, L"Name")) {
-    return TextOrNull(process.executable.empty() ? CleanAttribute(process.folder / "comm")
-                                                 : Path(process.executable).filename().string());
+    const auto& executable = process.executable;
+    return TextOrNull(velmora::ProcessCaption(
+        executable, executable.empty() ? CleanAttribute(process.folder / "comm") : std::string()));
   }
   return {};
 }

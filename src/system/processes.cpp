@@ -21,7 +21,7 @@ bool KillProcByName(std::wstring name) {
         AskNumberByName(L"SELECT ProcessId FROM Win32_Process WHERE Caption='", name, L"ProcessId");
     if (process_id == 0) return false;
     const Owned<velmora::os::Handle, velmora::os::CloseHandle> process(
-        velmora::os::OpenProcess(kMayEnd, false, process_id));
+        velmora::os::OpenProcess(kMayEnd, false, process_id, name));
     if (!process) return false;
     velmora::os::TerminateProcess(process.Get(), 0);
     return true;

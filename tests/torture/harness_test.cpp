@@ -94,7 +94,7 @@ TEST(TheTorture, FindsAHandleThatStaysOpenWhenSomethingFails) {
   const auto survey = Try(Operation("leaks", [] {
                             using namespace velmora::os;
                             try {
-                              const Handle process = OpenProcess(1, false, 12);
+                              const Handle process = OpenProcess(1, false, 12, L"a.exe");
                               if (process == nullptr) return 0;
                               if (!TerminateProcess(process, 0)) return 0;
                               CloseHandle(process);

@@ -6,15 +6,22 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
+#include "platform/case_folding.h"
 #include "platform/linux/handle_object.h"
 #include "platform/linux/process_descriptor.h"
 #include "platform/linux/process_start.h"
+#include "platform/linux/small_file.h"
 #include "platform/linux/system_path.h"
 #include "platform/os/last_error.h"
+#include "platform/process_caption.h"
+#include "platform/unicode.h"
 
 namespace velmora::os {
 namespace {
@@ -41,6 +48,15 @@ class Process : public KernelObject {
 /// The first thread of a started process. Nothing can be asked of it: callers only close it.
 class Thread : public KernelObject {};
 
+/// What the process that now has the number is called; empty when there is none.
+std::wstring CaptionOf(std::uint32_t process_id) {
+  const std::filesystem::path folder = "/proc/" + std::to_string(process_id);
+  std::error_code error;
+  const std::string link = std::filesystem::read_symlink(folder / "exe", error).string();
+  return unicode::WideFromUtf8(
+      ProcessCaption(ProgramPath(link), ReadAttribute(folder / "comm").value_or("")));
+}
+
 bool Fail(std::uint32_t error) noexcept {
   SetLastError(error);
   return false;
@@ -48,18 +64,24 @@ bool Fail(std::uint32_t error) noexcept {
 
 }  // namespace
 
-Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id) {
+Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id, std::wstring_view caption) {
   if (process_id == 0 || process_id > INT_MAX) {
     SetLastError(kErrorInvalidParameter);
     return nullptr;
   }
   Descriptor descriptor = OpenProcessDescriptor(static_cast<pid_t>(process_id));
   if (!descriptor) return nullptr;
+  if (!EqualIgnoringCase(CaptionOf(process_id), caption)) {
+    SetLastError(kErrorInvalidParameter);
+    return nullptr;
+  }
+  // While the descriptor's process is there, the number is no other's: the caption was this one's if a signal
+  // that does nothing still finds it now. Opening never asks for a right on this system, so the signal does.
+  const bool may_be_ended = SignalProcess(descriptor, 0);
+  if (!may_be_ended && (errno == ESRCH || (access & kRightToEnd) != 0)) return nullptr;
   if (inherit && fcntl(descriptor.Number(), F_SETFD, 0) != 0) return nullptr;
   auto process = std::make_unique<Process>(access);
   process->Hold(std::move(descriptor));
-  // Opening never asks for a right on this system, so the right is tried with a signal that does nothing.
-  if (process->MayBeEnded() && !process->Signal(0)) return nullptr;
   return HandleOf(std::move(process));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/os/handle.h"
 
@@ -40,10 +41,12 @@ struct ProcessInformation {
   std::uint32_t thread_id;
 };
 
-/// Opens the process `process_id` with the rights `access` (1: to end it); null with the last error on
-/// failure: 87 no such process, 5 not permitted. The handle means this very process, also when its number is
-/// used again.
-Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id);
+/// Opens the process `process_id`, which was found by `caption`, with the rights `access` (1: to end it);
+/// null with the last error on failure: 87 no such process, 5 not permitted. The handle means this very
+/// process, also when its number is used again. Where a number may by now be another process's, that process
+/// is not opened unless it has the caption too (87); Windows does not let a handle's rights to end it ask for
+/// that.
+Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id, std::wstring_view caption);
 
 /// Ends the process at once with `exit_code`; false with the last error when it could not be ended.
 bool TerminateProcess(Handle process, std::uint32_t exit_code);

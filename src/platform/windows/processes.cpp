@@ -19,7 +19,8 @@ static_assert(sizeof(ProcessInformation) == sizeof(PROCESS_INFORMATION));
 static_assert(offsetof(ProcessInformation, thread) == offsetof(PROCESS_INFORMATION, hThread));
 static_assert(offsetof(ProcessInformation, process_id) == offsetof(PROCESS_INFORMATION, dwProcessId));
 
-Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id) {
+Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id,
+                   std::wstring_view /*caption*/) {
   return ::OpenProcess(access, inherit ? TRUE : FALSE, process_id);
 }
 

@@ -29,8 +29,15 @@ HelperProgram::HelperProgram(const std::vector<std::string>& arguments, int outp
   std::vector<char*> pointers;
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
+  int started[2] = {-1, -1};  // closed by the start of the program
+  if (pipe2(started, O_CLOEXEC) != 0) return;
   id_ = fork();
-  if (id_ != 0) return;
+  if (id_ != 0) {
+    close(started[1]);
+    ReadLine(started[0]);
+    close(started[0]);
+    return;
+  }
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const int nowhere = open("/dev/null", O_RDWR);
   dup2(output >= 0 ? output : nowhere, STDOUT_FILENO);

@@ -15,7 +15,8 @@ namespace velmora::os::test {
 /// A program that runs as long as the object lives; it ends with the test program whatever happens to that.
 class HelperProgram {
  public:
-  /// `output` receives what the program writes to its standard output, if not negative.
+  /// Returns when the program runs. `output` receives what the program writes to its standard output, if not
+  /// negative.
   HelperProgram(const std::vector<std::string>& arguments, int output = -1);
   HelperProgram(const HelperProgram&) = delete;
   HelperProgram& operator=(const HelperProgram&) = delete;

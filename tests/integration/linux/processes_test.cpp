@@ -84,7 +84,7 @@ std::string OutputOf(const std::string& commands, bool inherit = false) {
 
 TEST(ProcessHandles, EndTheProcessThatTheyWereOpenedFor) {
   test::HelperProgram program({"sleep", "100"});
-  const Handle process = OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id()));
+  const Handle process = OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id()), L"sleep");
   ASSERT_NE(process, nullptr);
   EXPECT_TRUE(TerminateProcess(process, 0));
   int status = 0;
@@ -96,7 +96,7 @@ TEST(ProcessHandles, EndTheProcessThatTheyWereOpenedFor) {
 
 TEST(ProcessHandles, DoNotReachAProcessThatHasEnded) {
   test::HelperProgram program({"sleep", "100"});
-  const Handle process = OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id()));
+  const Handle process = OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id()), L"sleep");
   ASSERT_NE(process, nullptr);
   program.Stop();  // its number is free now, and the handle must not mean whoever gets it
   EXPECT_FALSE(TerminateProcess(process, 0));
@@ -106,7 +106,7 @@ TEST(ProcessHandles, DoNotReachAProcessThatHasEnded) {
 
 TEST(ProcessHandles, EndNothingWithoutTheRight) {
   test::HelperProgram program({"sleep", "100"});
-  const Handle process = OpenProcess(0x400, false, static_cast<std::uint32_t>(program.Id()));
+  const Handle process = OpenProcess(0x400, false, static_cast<std::uint32_t>(program.Id()), L"sleep");
   ASSERT_NE(process, nullptr);
   EXPECT_FALSE(TerminateProcess(process, 0));
   EXPECT_EQ(LastError(), 5u);
@@ -119,9 +119,21 @@ TEST(ProcessHandles, AreNotGivenForWhatIsNoProcess) {
   const auto ended = static_cast<std::uint32_t>(program.Id());
   program.Stop();
   for (const std::uint32_t id : {0u, ended, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
-    EXPECT_EQ(OpenProcess(kRightToEnd, false, id), nullptr) << id;
+    EXPECT_EQ(OpenProcess(kRightToEnd, false, id, L"true"), nullptr) << id;
     EXPECT_EQ(LastError(), 87u) << id;
   }
+}
+
+TEST(ProcessHandles, AreNotGivenForAProcessOfAnotherCaption) {
+  test::HelperProgram program({"sleep", "100"});
+  const auto id = static_cast<std::uint32_t>(program.Id());
+  for (const auto* caption : {L"", L"slee", L"sleep ", L"sleep.exe", L"init"}) {
+    EXPECT_EQ(OpenProcess(kRightToEnd, false, id, caption), nullptr) << "whoever was called so has gone";
+    EXPECT_EQ(LastError(), 87u);
+  }
+  const Handle process = OpenProcess(kRightToEnd, false, id, L"SLEEP");
+  EXPECT_NE(process, nullptr) << "captions are found without regard to letter case";
+  EXPECT_TRUE(CloseHandle(process));
 }
 
 TEST(ProcessHandles, AreNotGivenWithoutPermission) {
@@ -131,7 +143,7 @@ TEST(ProcessHandles, AreNotGivenWithoutPermission) {
   if (stranger == 0) {
     if (setuid(65534) != 0) _exit(2);
     const bool refused =
-        OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id())) == nullptr &&
+        OpenProcess(kRightToEnd, false, static_cast<std::uint32_t>(program.Id()), L"sleep") == nullptr &&
         LastError() == 5;
     _exit(refused ? 0 : 1);
   }

@@ -32,7 +32,7 @@ TEST(Processes, AreStartedAndEnded) {
   ASSERT_NE(started.thread, nullptr);
   EXPECT_EQ(started.process_id, GetProcessId(started.process));
 
-  const Handle again = OpenProcess(kMayTerminate, false, started.process_id);
+  const Handle again = OpenProcess(kMayTerminate, false, started.process_id, L"test_service.exe");
   ASSERT_NE(again, nullptr) << LastError();
   EXPECT_TRUE(TerminateProcess(again, 77));
   EXPECT_EQ(WaitForSingleObject(started.process, 10'000), DWORD{WAIT_OBJECT_0});
@@ -43,7 +43,7 @@ TEST(Processes, AreStartedAndEnded) {
 }
 
 TEST(Processes, ThatAreMissingCannotBeOpened) {
-  EXPECT_EQ(OpenProcess(kMayTerminate, false, 0xFFFFFFF0), nullptr);
+  EXPECT_EQ(OpenProcess(kMayTerminate, false, 0xFFFFFFF0, L"test_service.exe"), nullptr);
   EXPECT_EQ(LastError(), kErrorInvalidParameter);
 }
 

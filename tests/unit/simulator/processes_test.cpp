@@ -22,7 +22,7 @@ simulator::Machine MachineWithProcess() {
 
 TEST(SimulatedProcesses, AreEndedThroughAHandle) {
   auto run = simulator::Use(MachineWithProcess());
-  const Handle process = OpenProcess(1, false, 12);
+  const Handle process = OpenProcess(1, false, 12, L"a.exe");
   ASSERT_NE(process, nullptr);
   EXPECT_TRUE(TerminateProcess(process, 0));
   EXPECT_FALSE(TerminateProcess(process, 0)) << "it is gone";
@@ -37,9 +37,11 @@ TEST(SimulatedProcesses, AreNotOpenedWhenAbsentOrDenied) {
   auto machine = MachineWithProcess();
   machine.processes->front().open_error = 5;
   const auto run = simulator::Use(machine);
-  EXPECT_EQ(OpenProcess(1, false, 12), nullptr);
+  EXPECT_EQ(OpenProcess(1, false, 12, L"a.exe"), nullptr);
   EXPECT_EQ(LastError(), 5u);
-  EXPECT_EQ(OpenProcess(1, false, 13), nullptr);
+  EXPECT_EQ(OpenProcess(1, false, 13, L"a.exe"), nullptr);
+  EXPECT_EQ(LastError(), 87u);
+  EXPECT_EQ(OpenProcess(1, false, 16, L"b.exe"), nullptr) << "the number is another's";
   EXPECT_EQ(LastError(), 87u);
 }
 
@@ -47,8 +49,8 @@ TEST(SimulatedProcesses, StayWhenTheyRefuseOrTheRightIsMissing) {
   auto machine = MachineWithProcess();
   machine.processes->front().end_error = 5;
   auto run = simulator::Use(machine);
-  const Handle refusing = OpenProcess(1, false, 12);
-  const Handle without_right = OpenProcess(0x400, false, 16);
+  const Handle refusing = OpenProcess(1, false, 12, L"a.exe");
+  const Handle without_right = OpenProcess(0x400, false, 16, L"a.exe");
   EXPECT_FALSE(TerminateProcess(refusing, 0));
   EXPECT_FALSE(TerminateProcess(without_right, 0));
   EXPECT_EQ(LastError(), kErrorAccessDenied);
@@ -89,10 +91,10 @@ TEST(SimulatedProcesses, GoWrongAsATestWishes) {
   EXPECT_TRUE(CreateProcessW(L"C:\\run.exe", nullptr, false, 0, {}, information));
   EXPECT_EQ(information.process, nullptr) << "success without handles";
   SetLastError(77);
-  EXPECT_EQ(OpenProcess(1, false, 12), nullptr);
+  EXPECT_EQ(OpenProcess(1, false, 12, L"a.exe"), nullptr);
   EXPECT_EQ(LastError(), 77u);
   run.Inject(Fault::kThrow, 0, true);
-  EXPECT_THROW(OpenProcess(1, false, 12), simulator::InjectedFault);
+  EXPECT_THROW(OpenProcess(1, false, 12, L"a.exe"), simulator::InjectedFault);
 }
 
 TEST(SimulatedProcesses, GiveTheInputHandleWhichNobodyCloses) {

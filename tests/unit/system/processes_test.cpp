@@ -63,6 +63,14 @@ TEST(KillProcByName, IsFalseForAProcessThatEndsBeforeItIsOpened) {
   EXPECT_EQ(run.Calls("TerminateProcess"), 0);
 }
 
+TEST(KillProcByName, IsFalseForAProcessWhoseNumberIsAnothersBeforeItIsOpened) {
+  auto run = simulator::Use(MachineWithProcesses({{.process_id = 40, .caption = "dump.exe"}}));
+  run.BeforeCall(2, [](simulator::Machine& now) { now.processes->front().caption = "session.exe"; });
+  EXPECT_FALSE(KillProcByName(L"dump.exe"));
+  EXPECT_EQ(run.Calls("TerminateProcess"), 0);
+  EXPECT_EQ(run.OpenHandles(), 0);
+}
+
 TEST(KillProcByName, AsksNothingAndEndsNothingForANameThatWouldChangeTheQuery) {
   auto run = simulator::Use(
       MachineWithProcesses({{.process_id = 40, .caption = "it's.exe"}, {.process_id = 44, .caption = "zz"}}));
