@@ -38,7 +38,14 @@ class Source {
 template <class Value>
 void Read(const Source& source, const Json& json, const std::string& path, Value& value);
 
-/// Reads the fields of one object; afterwards `RefuseUnknown` names a key that no field took.
+std::string PathOf(const std::string& path, std::string_view key) {
+  std::string result;
+  result.reserve(path.size() + 1 + key.size());
+  return result.append(path).append("/").append(key);
+}
+
+/// Reads the fields of one object; afterwards `RefuseUnknown` names a key that no field took. What is the same for
+/// fields of every type is no template: there are hundreds.
 class Reader {
  public:
   Reader(const Source& source, const Json& json, std::string path)
@@ -48,18 +55,22 @@ class Reader {
 
   template <class Value>
   void Field(const char* key, Value& value) {
-    known_.insert(key);
-    const auto found = json_.find(key);
-    if (found != json_.end()) Read(source_, *found, path_ + "/" + key, value);
+    if (const Json* found = Find(key)) Read(source_, *found, PathOf(path_, key), value);
   }
 
   void RefuseUnknown() const {
     for (const auto& [key, value] : json_.items()) {
-      if (!known_.contains(key)) source_.Fail(path_ + "/" + key, "there is no such field");
+      if (!known_.contains(key)) source_.Fail(PathOf(path_, key), "there is no such field");
     }
   }
 
  private:
+  const Json* Find(const char* key) {
+    known_.insert(key);
+    const auto found = json_.find(key);
+    return found != json_.end() ? &*found : nullptr;
+  }
+
   const Source& source_;
   const Json& json_;
   std::string path_;
@@ -104,7 +115,7 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path, 
   if (!json.is_array()) source.Fail(path, "must be a list");
   list.clear();
   for (std::size_t i = 0; i < json.size(); ++i) {
-    Read(source, json[i], path + "/" + std::to_string(i), list.emplace_back());
+    Read(source, json[i], PathOf(path, std::to_string(i)), list.emplace_back());
   }
 }
 
@@ -145,9 +156,7 @@ void ReadPlain(const Source& source, const Json& json, const std::string& path,
                std::map<std::string, Element>& elements) {
   if (!json.is_object()) source.Fail(path, "must be an object");
   elements.clear();
-  const std::string folder = path + "/";
-  for (const auto& [key, value] : json.items())
-    Read(source, value, std::string(folder).append(key), elements[key]);
+  for (const auto& [key, value] : json.items()) Read(source, value, PathOf(path, key), elements[key]);
 }
 
 /// An optional value is given by being there; `null` says expressly that it is not.

@@ -15,9 +15,9 @@ struct Capitals {
   std::int32_t distance;
 };
 
-/// In rising order, so that a character can be looked up by bisection.
+/// In rising order, so that a character can be looked up by bisection. ASCII, which most texts are, needs
+/// none.
 constexpr Capitals kCapitals[] = {
-    {0x0041, 0x005A, 1, 32},    // Latin
     {0x00C0, 0x00D6, 1, 32},    // accented Latin, up to the multiplication sign
     {0x00D8, 0x00DE, 1, 32},    //
     {0x0100, 0x012E, 2, 1},     // Latin Extended-A, up to the Turkish i
@@ -50,6 +50,7 @@ constexpr Capitals kCapitals[] = {
 
 wchar_t FoldCase(wchar_t character) noexcept {
   const auto code = static_cast<std::uint32_t>(character);
+  if (code < 0x80) return code >= 'A' && code <= 'Z' ? static_cast<wchar_t>(code + ('a' - 'A')) : character;
   const Capitals* range = std::lower_bound(std::begin(kCapitals), std::end(kCapitals), code,
                                            [](const Capitals& r, std::uint32_t c) { return r.last < c; });
   if (range == std::end(kCapitals) || code < range->first) return character;

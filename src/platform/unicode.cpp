@@ -1,5 +1,7 @@
 #include "platform/unicode.h"
 
+#include <algorithm>
+
 namespace velmora::unicode {
 namespace {
 
@@ -84,6 +86,20 @@ void AppendUtf8(char32_t character, std::string& text) {
   }
 }
 
+/// Moves the ASCII at the front of `from`, most often all of it, to the end of `to` in one step.
+template <class From, class To>
+void MoveAscii(From& from, To& to) {
+  using Unit = typename To::value_type;
+  const auto end =
+      std::find_if(from.begin(), from.end(), [](auto unit) { return static_cast<char32_t>(unit) >= 0x80; });
+  const auto count = static_cast<std::size_t>(end - from.begin());
+  const std::size_t before = to.size();
+  to.resize(before + count);
+  std::transform(from.begin(), end, to.begin() + static_cast<std::ptrdiff_t>(before),
+                 [](auto unit) { return static_cast<Unit>(unit); });
+  from = From(from.data() + count, from.size() - count);
+}
+
 }  // namespace
 
 char32_t TakeUtf8(std::string_view& text) noexcept {
@@ -137,7 +153,7 @@ void AppendWide(char32_t character, std::wstring& text) {
 std::wstring WideFromUtf8(std::string_view text) {
   std::wstring wide;
   wide.reserve(text.size());
-  while (!text.empty()) AppendWide(TakeUtf8(text), wide);
+  for (MoveAscii(text, wide); !text.empty(); MoveAscii(text, wide)) AppendWide(TakeUtf8(text), wide);
   return wide;
 }
 
@@ -152,7 +168,8 @@ std::string Utf8FromWide(std::wstring_view text) {
   std::string narrow;
   narrow.reserve(text.size());
   std::span<const wchar_t> units(text);
-  while (!units.empty()) AppendUtf8(TakeWide(units), narrow);
+  for (MoveAscii(units, narrow); !units.empty(); MoveAscii(units, narrow))
+    AppendUtf8(TakeWide(units), narrow);
   return narrow;
 }
 
