@@ -67,7 +67,9 @@ std::optional<std::vector<std::uint8_t>> ReadBytes(const char* path, std::size_t
   if (!stated) return std::nullopt;
 
   // One byte of room more than the file should have: a buffer that comes back full means that there is more.
-  std::vector<std::uint8_t> bytes(std::min(*stated, limit) + 1);
+  // The files of proc state no size.
+  const std::size_t expected = *stated != 0 ? *stated : kAttributeLimit;
+  std::vector<std::uint8_t> bytes(std::min(expected, limit) + 1);
   std::size_t filled = 0;
   for (;;) {
     const auto count = file.ReadAt(filled, std::span(bytes).subspan(filled));
