@@ -18,7 +18,17 @@ std::string_view TakeDigits(std::string_view& text) {
   return digits;
 }
 
+/// Takes off what both begin with, but for digits at its end: their number may go on.
+void TakeCommonStart(std::string_view& left, std::string_view& right) {
+  const auto differs = std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
+  auto size = static_cast<std::size_t>(differs - left.begin());
+  while (size > 0 && IsDigit(left[size - 1])) --size;
+  left.remove_prefix(size);
+  right.remove_prefix(size);
+}
+
 std::strong_ordering CompareNaturally(std::string_view left, std::string_view right) noexcept {
+  TakeCommonStart(left, right);
   while (!left.empty() && !right.empty()) {
     if (IsDigit(left.front()) && IsDigit(right.front())) {
       const std::string_view left_number = TakeDigits(left);

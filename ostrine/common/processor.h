@@ -44,7 +44,8 @@ enum class ProcessorKind : std::uint32_t {
 /// Which of a level's caches are asked for.
 enum class CacheExtent {
   kMachine,  ///< all caches; their ways may be left out
-  kFirst,    ///< those of the first logical processor that has any
+  kFirst,    ///< those of the first logical processor that has any, at least up to the first that holds data;
+             ///< the size of one whose ways are known may be left out
 };
 
 /// What the running system, rather than the processor itself, tells about the processor. Each member is

@@ -1,9 +1,13 @@
 #include "ostrine/linux/block.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <climits>
 #include <system_error>
+#include <utility>
 
 #include "ostrine/common/disk_descriptor.h"
 #include "ostrine/common/disk_rules.h"
@@ -13,6 +17,7 @@ namespace ostrine {
 namespace {
 
 constexpr std::uint64_t kHandleMark = std::uint64_t{1} << 63;
+constexpr std::string_view kAtaVendor = "ATA";  // as the kernel has it for what speaks ATA
 
 std::string NumberText(const BlockNumber& number) {
   return std::to_string(number.major) + ':' + std::to_string(number.minor);
@@ -30,60 +35,68 @@ bool IsNumbered(std::string_view name, std::string_view stem) {
 }
 
 /// Reads the place out of where the kernel's link leads; the folders on the way are not looked at.
-BlockPlace PlaceOfLink(const Path& link) {
-  std::error_code error;
-  const Path target = std::filesystem::read_symlink(link, error);
-  if (error) return {};
-  BlockPlace place{.name = target.filename().string(), .parent = target.parent_path().filename().string()};
-  for (const Path& part : target) {
-    if (IsNumbered(part.native(), "usb")) place.is_on_usb = true;
-    if (IsNumbered(part.native(), "virtio")) place.is_on_virtio = true;
+BlockPlace PlaceOfLink(const std::string& link) {
+  std::array<char, PATH_MAX> target;
+  const ssize_t size = readlink(link.c_str(), target.data(), target.size());
+  if (size <= 0) return {};
+  std::string_view rest(target.data(), static_cast<std::size_t>(size));
+  BlockPlace place;
+  while (!rest.empty()) {
+    const std::string_view part = rest.substr(0, rest.find('/'));
+    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+    if (IsNumbered(part, "usb")) place.is_on_usb = true;
+    if (IsNumbered(part, "virtio")) place.is_on_virtio = true;
+    place.parent = std::exchange(place.name, std::string(part));
   }
   return place;
 }
 
-/// The disk's folder, with the device behind it.
+std::string FolderOf(const Path& root, const BlockNumber& number) {
+  return root.native() + "/sys/dev/block/" + NumberText(number);
+}
+
+/// The disk's folder, with the device behind it. What a disk that has gone does not tell is empty.
 class Disk {
  public:
-  Disk(const Path& root, const BlockNumber& number)
-      : folder_(root / "sys/dev/block" / NumberText(number)), place_(PlaceOfLink(folder_)) {}
+  Disk(const Path& root, const BlockNumber& number) : folder_(FolderOf(root, number)) {}
 
-  bool Exists() const { return !place_.name.empty(); }
   std::string MediaType() const;
   std::string Caption() const;
   std::string SerialNumber() const;
   std::string Firmware() const;
 
  private:
+  BlockPlace Place() const { return PlaceOfLink(folder_); }
   std::string Text(const char* attribute) const {
-    return CleanDiskText(ReadAttribute(folder_ / attribute).value_or(std::string()));
+    return CleanDiskText(ReadAttribute((folder_ + '/' + attribute).c_str()).value_or(std::string()));
   }
-  bool IsAta() const { return Text("device/vendor") == "ATA"; }
   DiskIdentity AtaIdentity() const {
-    const auto page = ReadBytes(folder_ / "device/vpd_pg89", kAttributeLimit);
+    const auto page = ReadBytes((folder_ + "/device/vpd_pg89").c_str(), kAttributeLimit);
     return page ? ParseAtaInformationPage(*page).value_or(DiskIdentity()) : DiskIdentity();
   }
 
-  Path folder_;
-  BlockPlace place_;
+  std::string folder_;
 };
 
 std::string Disk::MediaType() const {
-  const bool is_card = place_.name.starts_with("mmcblk") && Text("device/type") != "MMC";
-  const DiskTraits traits{.is_optical = IsNumbered(place_.name, "sr"),
+  const BlockPlace place = Place();
+  if (place.name.empty()) return {};
+  const bool is_card = place.name.starts_with("mmcblk") && Text("device/type") != "MMC";
+  const DiskTraits traits{.is_optical = IsNumbered(place.name, "sr"),
                           .is_memory_card = is_card,
                           .has_removable_medium = Text("removable") == "1",
-                          .is_on_usb = place_.is_on_usb};
+                          .is_on_usb = place.is_on_usb};
   return std::string(DiskMediaText(ChooseDiskMedia(traits)));
 }
 
 std::string Disk::Caption() const {
-  if (IsAta()) {
+  const std::string vendor = Text("device/vendor");
+  if (vendor == kAtaVendor) {
     if (std::string model = AtaIdentity().model; !model.empty()) return model;
   }
-  std::string caption = DiskCaption(Text("device/vendor"), Text("device/model"));
+  std::string caption = DiskCaption(vendor, Text("device/model"));
   if (caption.empty()) caption = Text("device/name");  // eMMC disks and memory cards
-  if (caption.empty() && place_.is_on_virtio) caption = "Virtio disk";
+  if (caption.empty() && Place().is_on_virtio) caption = "Virtio disk";
   return caption;
 }
 
@@ -92,7 +105,7 @@ std::string Disk::SerialNumber() const {
   for (const char* const attribute : {"device/serial", "serial"}) {
     if (std::string serial = Text(attribute); !serial.empty()) return serial;
   }
-  if (const auto page = ReadBytes(folder_ / "device/vpd_pg80", kAttributeLimit)) {
+  if (const auto page = ReadBytes((folder_ + "/device/vpd_pg80").c_str(), kAttributeLimit)) {
     if (std::string serial = ParseSerialNumberPage(*page).value_or(std::string()); !serial.empty()) {
       return serial;
     }
@@ -104,10 +117,25 @@ std::string Disk::Firmware() const {
   for (const char* const attribute : {"device/firmware_rev", "device/fwrev"}) {
     if (std::string revision = Text(attribute); !revision.empty()) return revision;
   }
-  if (IsAta()) {
+  if (Text("device/vendor") == kAtaVendor) {
     if (std::string revision = AtaIdentity().firmware; !revision.empty()) return revision;
   }
   return Text("device/rev");
+}
+
+std::string BlockFolder(const Path& root, const std::string& name) {
+  return root.native() + "/sys/block/" + name;
+}
+
+/// Names of the block devices that may be disks, in the order of their numbers.
+std::vector<std::string> NamesOfCandidates(const Path& root) {
+  std::vector<std::string> names = EntryNames(root / "sys/block");
+  std::erase_if(names, [](const std::string& name) { return !MayBeDisk(name); });
+  return names;
+}
+
+bool HasDevice(const Path& root, const std::string& name) {
+  return access((BlockFolder(root, name) + "/device").c_str(), F_OK) == 0;
 }
 
 }  // namespace
@@ -134,17 +162,22 @@ bool MayBeDisk(std::string_view name) {
 }
 
 std::vector<std::string> DiskNames(const Path& root) {
-  const Path folder = root / "sys/block";
-  std::vector<std::string> names = EntryNames(folder);
-  std::erase_if(
-      names, [&](const std::string& name) { return !MayBeDisk(name) || !Exists(folder / name / "device"); });
+  std::vector<std::string> names = NamesOfCandidates(root);
+  std::erase_if(names, [&](const std::string& name) { return !HasDevice(root, name); });
   return names;
 }
 
 std::optional<std::uint64_t> OpenBlockDisk(const Path& root, std::uint32_t number) {
-  const std::vector<std::string> names = DiskNames(root);
-  if (number >= names.size()) return std::nullopt;
-  const auto found = ParseBlockNumber(CleanAttribute(root / "sys/block" / names[number] / "dev"));
+  // Those behind the disk are not looked at.
+  std::uint32_t left = number;
+  std::string name;
+  for (std::string& candidate : NamesOfCandidates(root)) {
+    if (!HasDevice(root, candidate) || left-- != 0) continue;
+    name = std::move(candidate);
+    break;
+  }
+  if (name.empty()) return std::nullopt;
+  const auto found = ParseBlockNumber(CleanAttribute(BlockFolder(root, name) + "/dev"));
   if (!found || found->major >> 31 != 0) return std::nullopt;
   return kHandleMark | std::uint64_t{found->major} << 32 | found->minor;
 }
@@ -156,7 +189,6 @@ BlockNumber NumberOf(std::uint64_t handle) {
 
 std::optional<std::string> ReadBlockText(const Path& root, std::uint64_t handle, DiskFact fact) {
   const Disk disk(root, NumberOf(handle));
-  if (!disk.Exists()) return std::nullopt;
   std::string text;
   if (fact == DiskFact::kMediaType) text = disk.MediaType();
   if (fact == DiskFact::kCaption) text = disk.Caption();
@@ -167,24 +199,24 @@ std::optional<std::string> ReadBlockText(const Path& root, std::uint64_t handle,
 }
 
 std::optional<std::uint64_t> ReadBlockNumber(const Path& root, std::uint64_t handle, DiskFact fact) {
-  const Path folder = root / "sys/dev/block" / NumberText(NumberOf(handle));
+  const std::string folder = FolderOf(root, NumberOf(handle));
   if (fact == DiskFact::kTotal) {
-    const auto sectors = NumberAttribute(folder / "size");
+    const auto sectors = NumberAttribute(folder + "/size");
     if (!sectors || *sectors < 0) return std::nullopt;
     return BytesOfSectors(static_cast<std::uint64_t>(*sectors));
   }
   if (fact != DiskFact::kSolidState) return std::nullopt;
-  const auto rotates = NumberAttribute(folder / "queue/rotational");
+  const auto rotates = NumberAttribute(folder + "/queue/rotational");
   if (!rotates) return std::nullopt;
   return *rotates == 0 ? 1 : 0;
 }
 
 BlockPlace PlaceOf(const Path& root, const BlockNumber& number) {
-  return PlaceOfLink(root / "sys/dev/block" / NumberText(number));
+  return PlaceOfLink(FolderOf(root, number));
 }
 
 BlockPlace PlaceOf(const Path& root, std::string_view name) {
-  return PlaceOfLink(root / "sys/class/block" / name);
+  return PlaceOfLink(root.native() + "/sys/class/block/" + std::string(name));
 }
 
 std::uint64_t BlockSize(const Path& root, std::string_view name) {

@@ -48,6 +48,36 @@ std::vector<std::string> BtrfsDevices(const Path& root, const std::string& devic
   return {};
 }
 
+/// Names of the disks on which the file system lies. `disk` is known to be one, with that number: nothing
+/// more is looked up of it.
+std::vector<std::string> FindDisks(const Path& root, const MountedFileSystem& system, const std::string& disk,
+                                   const BlockNumber& number) {
+  std::vector<std::string> devices;  // grows while it is walked
+  if (!disk.empty() && system.number == number) return {disk};
+  if (system.number.major != 0) {
+    AddOnce(devices, PlaceOf(root, system.number).name);
+  } else {
+    devices = BtrfsDevices(root, DeviceOfSource(root, system.source));
+  }
+  std::vector<std::string> disks;
+  for (std::size_t i = 0; i < devices.size(); ++i) {
+    const std::string name = devices[i];
+    if (name == disk) {
+      AddOnce(disks, name);
+      continue;
+    }
+    const Path folder = root / "sys/class/block" / name;
+    if (Exists(folder / "partition")) {
+      AddOnce(devices, PlaceOf(root, name).parent);
+      continue;
+    }
+    const std::vector<std::string> slaves = EntryNames(folder / "slaves");
+    for (const std::string& slave : slaves) AddOnce(devices, slave);
+    if (slaves.empty()) AddOnce(disks, name);
+  }
+  return disks;
+}
+
 std::uint64_t SumOfSizes(const Path& root, const std::vector<std::string>& disks) {
   std::uint64_t sum = 0;
   for (const std::string& disk : disks) {
@@ -80,35 +110,18 @@ std::optional<std::uint64_t> MountedFreeSpace(const Path& mount_point, const Blo
 }
 
 std::vector<std::string> DisksUnder(const Path& root, const MountedFileSystem& system) {
-  std::vector<std::string> devices;  // grows while it is walked
-  if (system.number.major != 0) {
-    AddOnce(devices, PlaceOf(root, system.number).name);
-  } else {
-    devices = BtrfsDevices(root, DeviceOfSource(root, system.source));
-  }
-  std::vector<std::string> disks;
-  for (std::size_t i = 0; i < devices.size(); ++i) {
-    const std::string name = devices[i];
-    const Path folder = root / "sys/class/block" / name;
-    if (Exists(folder / "partition")) {
-      AddOnce(devices, PlaceOf(root, name).parent);
-      continue;
-    }
-    const std::vector<std::string> slaves = EntryNames(folder / "slaves");
-    for (const std::string& slave : slaves) AddOnce(devices, slave);
-    if (slaves.empty()) AddOnce(disks, name);
-  }
-  return disks;
+  return FindDisks(root, system, {}, {});
 }
 
 std::optional<std::uint64_t> FreeBytesOnDisk(const Path& root, std::uint64_t handle,
                                              const FreeSpace& free_space) {
-  const std::string disk = PlaceOf(root, NumberOf(handle)).name;
+  const BlockNumber number = NumberOf(handle);
+  const std::string disk = PlaceOf(root, number).name;
   const auto list = ReadBytes(root / "proc/self/mountinfo", kMountListLimit);
   if (disk.empty() || !list) return std::nullopt;
   std::uint64_t sum = 0;
   for (const auto& system : ParseMounts({reinterpret_cast<const char*>(list->data()), list->size()})) {
-    const std::vector<std::string> disks = DisksUnder(root, system);
+    const std::vector<std::string> disks = FindDisks(root, system, disk, number);
     if (std::find(disks.begin(), disks.end(), disk) == disks.end()) continue;
     const std::uint64_t bytes = FreeBytesOf(system, free_space);
     const std::uint64_t share =

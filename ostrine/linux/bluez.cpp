@@ -29,24 +29,22 @@ struct RemoteDevice {
 /// Reads the variant that follows as `Value`, whose type letter is `type`; skips one of another type. False
 /// when the message is broken.
 template <class Value>
-bool ReadVariant(sd_bus_message* message, char type, Value& value) {
+bool ReadVariant(const BusMessage& message, char type, Value& value) {
   char kind = 0;
   const char* contents = nullptr;
-  if (sd_bus_message_peek_type(message, &kind, &contents) < 0 || kind != 'v' || contents == nullptr)
-    return false;
-  if (std::string_view(contents) != std::string_view(&type, 1)) return sd_bus_message_skip(message, "v") >= 0;
-  return sd_bus_message_enter_container(message, 'v', contents) >= 0 &&
-         sd_bus_message_read_basic(message, type, &value) >= 0 && sd_bus_message_exit_container(message) >= 0;
+  if (message.PeekType(kind, contents) < 0 || kind != 'v' || contents == nullptr) return false;
+  if (std::string_view(contents) != std::string_view(&type, 1)) return message.Skip("v") >= 0;
+  return message.Enter('v', contents) >= 0 && message.ReadBasic(type, &value) >= 0 && message.Exit() >= 0;
 }
 
-bool ReadText(sd_bus_message* message, std::string& text) {
+bool ReadText(const BusMessage& message, std::string& text) {
   const char* value = nullptr;
   if (!ReadVariant(message, 's', value)) return false;
   if (value != nullptr) text = value;
   return true;
 }
 
-bool ReadFlag(sd_bus_message* message, bool& flag) {
+bool ReadFlag(const BusMessage& message, bool& flag) {
   int value = 0;
   if (!ReadVariant(message, 'b', value)) return false;
   flag = value != 0;
@@ -54,7 +52,7 @@ bool ReadFlag(sd_bus_message* message, bool& flag) {
 }
 
 template <class Number>
-bool ReadNumber(sd_bus_message* message, char type, std::optional<Number>& number) {
+bool ReadNumber(const BusMessage& message, char type, std::optional<Number>& number) {
   constexpr auto kNone = static_cast<Number>(~Number{0});
   Number value = kNone;
   if (!ReadVariant(message, type, value)) return false;
@@ -62,7 +60,7 @@ bool ReadNumber(sd_bus_message* message, char type, std::optional<Number>& numbe
   return true;
 }
 
-bool ReadProperty(sd_bus_message* message, std::string_view name, RemoteDevice& device) {
+bool ReadProperty(const BusMessage& message, std::string_view name, RemoteDevice& device) {
   if (name == "Address") return ReadText(message, device.address);
   if (name == "AddressType") return ReadText(message, device.address_type);
   if (name == "Alias") return ReadText(message, device.alias);
@@ -71,36 +69,36 @@ bool ReadProperty(sd_bus_message* message, std::string_view name, RemoteDevice& 
   if (name == "Class") return ReadNumber(message, 'u', device.class_of_device);
   if (name == "Paired") return ReadFlag(message, device.is_paired);
   if (name == "Connected") return ReadFlag(message, device.is_connected);
-  return sd_bus_message_skip(message, "v") >= 0;
+  return message.Skip("v") >= 0;
 }
 
 /// Calls `read_value` for each entry {s...} of the array that follows, after its name has been read. False
 /// when the message is broken.
 template <class ReadValue>
-bool ForEachEntry(sd_bus_message* message, const char* array, const char* entry, ReadValue&& read_value) {
-  if (sd_bus_message_enter_container(message, 'a', array) < 0) return false;
+bool ForEachEntry(const BusMessage& message, const char* array, const char* entry, ReadValue&& read_value) {
+  if (message.Enter('a', array) < 0) return false;
   for (;;) {
-    const int entered = sd_bus_message_enter_container(message, 'e', entry);
+    const int entered = message.Enter('e', entry);
     if (entered < 0) return false;
     if (entered == 0) break;
     const char* name = nullptr;
-    if (sd_bus_message_read_basic(message, entry[0], &name) < 0 || name == nullptr) return false;
-    if (!read_value(std::string_view(name)) || sd_bus_message_exit_container(message) < 0) return false;
+    if (message.ReadBasic(entry[0], &name) < 0 || name == nullptr) return false;
+    if (!read_value(std::string_view(name)) || message.Exit() < 0) return false;
   }
-  return sd_bus_message_exit_container(message) >= 0;
+  return message.Exit() >= 0;
 }
 
 /// One object's interfaces; fills `device` when it is one.
-bool ReadObject(sd_bus_message* message, std::optional<RemoteDevice>& device) {
+bool ReadObject(const BusMessage& message, std::optional<RemoteDevice>& device) {
   return ForEachEntry(message, "{sa{sv}}", "sa{sv}", [&](std::string_view interface) {
-    if (interface != "org.bluez.Device1") return sd_bus_message_skip(message, "a{sv}") >= 0;
+    if (interface != "org.bluez.Device1") return message.Skip("a{sv}") >= 0;
     device.emplace();
     return ForEachEntry(message, "{sv}", "sv",
                         [&](std::string_view name) { return ReadProperty(message, name, *device); });
   });
 }
 
-std::vector<RemoteDevice> ReadObjects(sd_bus_message* message) {
+std::vector<RemoteDevice> ReadObjects(const BusMessage& message) {
   std::vector<RemoteDevice> devices;
   ForEachEntry(message, "{oa{sa{sv}}}", "oa{sa{sv}}", [&](std::string_view path) {
     std::optional<RemoteDevice> device;
@@ -127,7 +125,7 @@ std::vector<Device> ListRemoteBluetoothDevices(const Path& root) {
   const BusMessage reply =
       bus.Call(bus.NewCall({"org.bluez", "/", "org.freedesktop.DBus.ObjectManager", "GetManagedObjects"}));
   if (!reply) return {};
-  std::vector<RemoteDevice> remotes = ReadObjects(reply.get());
+  std::vector<RemoteDevice> remotes = ReadObjects(reply);
   std::sort(remotes.begin(), remotes.end(), [](const RemoteDevice& left, const RemoteDevice& right) {
     return ComesBefore(left.path, right.path);
   });

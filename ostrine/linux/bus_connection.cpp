@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace ostrine {
 namespace {
@@ -27,7 +28,7 @@ std::string SocketAddress(const std::string& path) {
 BusConnection::BusConnection(const Path& root, std::chrono::milliseconds patience)
     : deadline_(std::chrono::steady_clock::now() + patience) {
   const Path socket = root / "run/dbus/system_bus_socket";
-  if (!Exists(socket) || !Connect(socket)) bus_.reset();
+  if (Exists(socket) && !Connect(socket)) Close();
 }
 
 std::uint64_t BusConnection::Remaining() const {
@@ -38,42 +39,44 @@ std::uint64_t BusConnection::Remaining() const {
 }
 
 bool BusConnection::Connect(const Path& socket) {
-  sd_bus* bus = nullptr;
-  if (sd_bus_new(&bus) < 0) return false;
-  bus_.reset(bus);
-  if (sd_bus_set_address(bus, SocketAddress(socket.string()).c_str()) < 0 ||
-      sd_bus_set_bus_client(bus, 1) < 0 || sd_bus_start(bus) < 0) {
+  const velmora::SystemdLibrary& library = library_.emplace();
+  if (!library || library.bus_new(&bus_) < 0 ||
+      library.bus_set_address(bus_, SocketAddress(socket.string()).c_str()) < 0 ||
+      library.bus_set_bus_client(bus_, 1) < 0 || library.bus_start(bus_) < 0) {
     return false;
   }
   // The library's own waiting for the bus's greeting has no limit that we could set.
   for (;;) {
-    const int ready = sd_bus_is_ready(bus);
+    const int ready = library.bus_is_ready(bus_);
     if (ready != 0) return ready > 0;
-    const int processed = sd_bus_process(bus, nullptr);
+    const int processed = library.bus_process(bus_, nullptr);
     if (processed < 0) return false;
     if (processed > 0) continue;
     const std::uint64_t left = Remaining();
-    if (left == 0 || sd_bus_wait(bus, left) < 0) return false;
+    if (left == 0 || library.bus_wait(bus_, left) < 0) return false;
   }
+}
+
+void BusConnection::Close() {
+  if (bus_ != nullptr) library_->bus_close_unref(std::exchange(bus_, nullptr));
 }
 
 BusMessage BusConnection::NewCall(const Method& method) const {
   sd_bus_message* call = nullptr;
-  if (!bus_ || sd_bus_message_new_method_call(bus_.get(), &call, method.service, method.object,
-                                              method.interface, method.name) < 0) {
+  if (bus_ == nullptr || library_->bus_message_new_method_call(bus_, &call, method.service, method.object,
+                                                               method.interface, method.name) < 0) {
     return {};
   }
-  BusMessage message(call);
-  if (sd_bus_message_set_auto_start(call, 0) < 0) return {};
-  return message;
+  BusMessage message(*library_, call);
+  return message.SetAutoStart(false) < 0 ? BusMessage() : std::move(message);
 }
 
 BusMessage BusConnection::Call(const BusMessage& call) const {
   const std::uint64_t left = Remaining();  // 0 would stand for the library's own limit
-  if (!bus_ || !call || left == 0) return {};
+  if (bus_ == nullptr || !call || left == 0) return {};
   sd_bus_message* reply = nullptr;
-  if (sd_bus_call(bus_.get(), call.get(), left, nullptr, &reply) < 0) return {};
-  return BusMessage(reply);
+  if (library_->bus_call(bus_, call.Get(), left, nullptr, &reply) < 0) return {};
+  return BusMessage(*library_, reply);
 }
 
 }  // namespace ostrine

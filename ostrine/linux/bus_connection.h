@@ -1,23 +1,19 @@
 /// One short conversation with a service on the system bus.
 #pragma once
 
-#include <systemd/sd-bus.h>
-
 #include <chrono>
 #include <cstdint>
-#include <memory>
+#include <optional>
 
 #include "ostrine/linux/sysfs.h"
+#include "platform/linux/systemd_message.h"
 
 namespace ostrine {
 
-struct BusMessageReleaser {
-  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using BusMessage = std::unique_ptr<sd_bus_message, BusMessageReleaser>;
+using BusMessage = velmora::SystemdMessage;
 
 /// A private connection that lives as long as the object and waits for everything together no longer than it
-/// was given. It starts no service: one that does not run answers nothing.
+/// was given. It starts no service: one that does not run answers nothing. Messages must not outlive it.
 class BusConnection {
  public:
   static constexpr std::chrono::milliseconds kPatience{3000};
@@ -26,6 +22,7 @@ class BusConnection {
   explicit BusConnection(const Path& root, std::chrono::milliseconds patience = kPatience);
   BusConnection(const BusConnection&) = delete;
   BusConnection& operator=(const BusConnection&) = delete;
+  ~BusConnection() { Close(); }
 
   struct Method {
     const char* service;
@@ -41,16 +38,14 @@ class BusConnection {
   BusMessage Call(const BusMessage& call) const;
 
  private:
-  struct Releaser {
-    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
-  };
-
   /// Microseconds left of the patience.
   std::uint64_t Remaining() const;
   bool Connect(const Path& socket);
+  void Close();
 
   std::chrono::steady_clock::time_point deadline_;
-  std::unique_ptr<sd_bus, Releaser> bus_;
+  std::optional<velmora::SystemdLibrary> library_;  ///< loaded only where there is a bus
+  sd_bus* bus_ = nullptr;
 };
 
 }  // namespace ostrine

@@ -25,17 +25,12 @@ std::string_view WithoutBlanks(std::string_view text) {
   return text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
 }
 
-/// A line of /proc/cpuinfo; the key is empty where it is not one of "key : value".
-struct InfoLine {
-  std::string_view key;
-  std::string_view value;
-};
-
-InfoLine TakeInfoLine(std::string_view& rest) {
-  std::string_view value = TakeUntil(rest, '\n');
-  if (value.find(':') == std::string_view::npos) return {};
-  const std::string_view key = TakeUntil(value, ':');
-  return {.key = WithoutBlanks(key), .value = WithoutBlanks(value)};
+/// The value of a line "key : value" of /proc/cpuinfo; nothing for a line with another key.
+std::optional<std::string_view> ValueIn(std::string_view line, std::string_view key) {
+  if (!line.starts_with(key)) return std::nullopt;  // nearly every line, of which there are many
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos || WithoutBlanks(line.substr(0, colon)) != key) return std::nullopt;
+  return WithoutBlanks(line.substr(colon + 1));
 }
 
 /// MHz such as "2299.998", rounded.
@@ -85,9 +80,8 @@ std::optional<std::uint64_t> ParseCacheSize(std::string_view text) {
 
 std::optional<std::string> ProcessorInfoValue(std::string_view text, std::string_view key) {
   while (!text.empty()) {
-    const InfoLine line = TakeInfoLine(text);
-    if (line.key != key) continue;
-    return line.value.empty() ? std::nullopt : std::optional<std::string>(line.value);
+    const auto value = ValueIn(TakeUntil(text, '\n'), key);
+    if (value) return value->empty() ? std::nullopt : std::optional<std::string>(*value);
   }
   return std::nullopt;
 }
@@ -95,8 +89,8 @@ std::optional<std::string> ProcessorInfoValue(std::string_view text, std::string
 std::optional<std::uint32_t> HighestListedClock(std::string_view text) {
   std::uint32_t highest = 0;
   while (!text.empty()) {
-    const InfoLine line = TakeInfoLine(text);
-    if (line.key == "cpu MHz") highest = std::max(highest, ParseClock(line.value).value_or(0));
+    const auto value = ValueIn(TakeUntil(text, '\n'), "cpu MHz");
+    if (value) highest = std::max(highest, ParseClock(*value).value_or(0));
   }
   return highest == 0 ? std::nullopt : std::optional(highest);
 }

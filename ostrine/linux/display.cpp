@@ -36,37 +36,45 @@ bool IsOn(const Path& root, const std::string& connector) {
   return CleanAttribute(folder / "status") == "connected" && CleanAttribute(folder / "enabled") == "enabled";
 }
 
-std::optional<Edid> ReadEdid(const Path& root) {
+/// Folder of the one among `connectors` whose display is on and best; empty when there is none.
+Path ChooseConnector(const Path& root, const std::vector<Connector>& connectors) {
+  const Connector* found = nullptr;
+  for (const Connector& connector : connectors) {
+    const bool is_better = found == nullptr || connector.rank < found->rank;
+    if (is_better && IsOn(root, connector.name)) found = &connector;
+  }
+  return found != nullptr ? root / kDrm / found->name : Path();
+}
+
+std::optional<Edid> ReadEdid(const Path& connector) {
   constexpr std::size_t kLimit = 32768;  // 256 blocks
-  const Path connector = FindConnector(root);
   if (connector.empty()) return std::nullopt;
   const auto bytes = ReadBytes(connector / "edid", kLimit);
   return bytes ? ParseEdid(*bytes) : std::nullopt;
 }
 
-}  // namespace
-
-Path FindConnector(const Path& root) {
-  std::optional<Connector> found;
-  for (const Connector& connector : Connectors(root)) {
-    const bool is_better = !found || connector.rank < found->rank;
-    if (is_better && IsOn(root, connector.name)) found = connector;
-  }
-  return found ? root / kDrm / found->name : Path();
+std::optional<DisplaySize> ReadMode(const Path& connector) {
+  return FirstMode(ReadAttribute(connector / "modes").value_or(std::string()));
 }
 
+}  // namespace
+
+Path FindConnector(const Path& root) { return ChooseConnector(root, Connectors(root)); }
+
 std::optional<DisplaySize> ReadDisplaySize(const Path& root) {
-  if (const Path connector = FindConnector(root); !connector.empty()) {
-    return FirstMode(ReadAttribute(connector / "modes").value_or(std::string()));
-  }
-  if (!Connectors(root).empty()) return std::nullopt;
+  const std::vector<Connector> connectors = Connectors(root);
+  if (const Path connector = ChooseConnector(root, connectors); !connector.empty())
+    return ReadMode(connector);
+  if (!connectors.empty()) return std::nullopt;
   return ParseVirtualSize(CleanAttribute(root / kFrameBuffer / "virtual_size"));
 }
 
 std::optional<std::uint32_t> ReadDisplayRate(const Path& root) {
-  const auto size = ReadDisplaySize(root);
-  const auto edid = ReadEdid(root);
-  if (!size || !edid || !edid->preferred) return std::nullopt;
+  const Path connector = FindConnector(root);
+  const auto edid = ReadEdid(connector);
+  if (!edid || !edid->preferred) return std::nullopt;
+  const auto size = ReadMode(connector);
+  if (!size) return std::nullopt;
   const bool is_preferred = edid->preferred->width == size->width && edid->preferred->height == size->height;
   return is_preferred ? std::optional(edid->preferred->rate) : std::nullopt;
 }
@@ -79,7 +87,7 @@ std::optional<std::uint32_t> ReadDisplayDepth(const Path& root) {
 }
 
 std::optional<std::string> ReadMonitorCaption(const Path& root) {
-  const auto edid = ReadEdid(root);
+  const auto edid = ReadEdid(FindConnector(root));
   std::string caption = edid ? MonitorCaption(*edid) : std::string();
   if (caption.empty()) return std::nullopt;
   return caption;

@@ -20,12 +20,12 @@ constexpr std::array kAttributes{
 }  // namespace
 
 std::optional<FirmwareTable> ReadFirmwareTableBelow(const std::filesystem::path& root) {
-  const std::filesystem::path folder = root / "sys/firmware/dmi/tables";
-  const auto head = ReadBytes(folder / "smbios_entry_point", smbios::kEntryPointLimit);
+  const std::string folder = root.native() + "/sys/firmware/dmi/tables/";
+  const auto head = ReadBytes((folder + "smbios_entry_point").c_str(), smbios::kEntryPointLimit);
   if (!head) return std::nullopt;
   const auto entry_point = smbios::ParseEntryPoint(*head);
   if (!entry_point) return std::nullopt;
-  auto bytes = ReadBytes(folder / "DMI", kFirmwareTableLimit);
+  auto bytes = ReadBytes((folder + "DMI").c_str(), kFirmwareTableLimit);
   if (!bytes) return std::nullopt;
   const smbios::TableView table = smbios::DescribedTable(*entry_point, *bytes);
   if (table.bytes.empty()) return std::nullopt;
@@ -37,7 +37,8 @@ std::optional<std::string> ReadBaseboardTextBelow(const std::filesystem::path& r
     const auto text = BaseboardText(table->View(), fact);
     return text ? std::optional<std::string>(*text) : std::nullopt;
   }
-  return ReadAttribute(root / "sys/class/dmi/id" / kAttributes.at(static_cast<std::size_t>(fact)));
+  const std::string folder = root.native() + "/sys/class/dmi/id/";
+  return ReadAttribute((folder + kAttributes.at(static_cast<std::size_t>(fact))).c_str());
 }
 
 std::optional<FirmwareTable> ReadFirmwareTable() { return ReadFirmwareTableBelow(kRoot); }

@@ -71,7 +71,7 @@ void TakeIn(Slot& slot, const Property& property) {
 
 MemoryModules ReadMemoryModulesBelow(const std::filesystem::path& root) {
   if (const auto table = ReadFirmwareTableBelow(root)) return ReadMemoryModules(table->View());
-  const auto bytes = ReadBytes(root / "run/udev/data/+dmi:id", kFirmwareTableLimit);
+  const auto bytes = ReadBytes((root.native() + "/run/udev/data/+dmi:id").c_str(), kFirmwareTableLimit);
   if (!bytes) return std::nullopt;
   return ParseMemoryProperties({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
 }

@@ -20,14 +20,13 @@ constexpr const char* kDatabases[] = {
 constexpr const char* kListFolders[] = {"usr/share/misc", "usr/share/hwdata"};
 constexpr std::size_t kListLimit = 32 << 20;
 
-std::string DatabaseValue(sd_hwdb* database, const std::string& modalias, const char* key) {
-  const char* value = nullptr;
-  return sd_hwdb_get(database, modalias.c_str(), key, &value) >= 0 && value != nullptr ? value : "";
-}
-
 }  // namespace
 
 NameDatabase::NameDatabase(Path root) : root_(std::move(root)) {}
+
+NameDatabase::~NameDatabase() {
+  if (database_ != nullptr) library_->hwdb_unref(database_);
+}
 
 DatabaseNames NameDatabase::Find(const std::string& modalias) {
   DatabaseNames names = FromHardwareDatabase(modalias);
@@ -38,22 +37,27 @@ DatabaseNames NameDatabase::Find(const std::string& modalias) {
   return names;
 }
 
-DatabaseNames NameDatabase::FromHardwareDatabase(const std::string& modalias) {
-  if (!is_database_tried_) {
-    is_database_tried_ = true;
-    for (const char* const place : kDatabases) {
-      const Path path = root_ / place;
-      std::error_code error;
-      if (!std::filesystem::is_regular_file(path, error)) continue;
-      sd_hwdb* database = nullptr;
-      if (sd_hwdb_new_from_path(path.c_str(), &database) < 0) continue;
-      database_.reset(database);
-      break;
-    }
+void NameDatabase::OpenDatabase() {
+  is_database_tried_ = true;
+  for (const char* const place : kDatabases) {
+    const Path path = root_ / place;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) continue;
+    if (!library_) library_.emplace();
+    if (!*library_ || library_->hwdb_new_from_path(path.c_str(), &database_) >= 0) return;
   }
-  if (!database_) return {};
-  return {DatabaseValue(database_.get(), modalias, "ID_VENDOR_FROM_DATABASE"),
-          DatabaseValue(database_.get(), modalias, "ID_MODEL_FROM_DATABASE")};
+}
+
+std::string NameDatabase::DatabaseValue(const std::string& modalias, const char* key) const {
+  const char* value = nullptr;
+  return library_->hwdb_get(database_, modalias.c_str(), key, &value) >= 0 && value != nullptr ? value : "";
+}
+
+DatabaseNames NameDatabase::FromHardwareDatabase(const std::string& modalias) {
+  if (!is_database_tried_) OpenDatabase();
+  if (database_ == nullptr) return {};
+  return {DatabaseValue(modalias, "ID_VENDOR_FROM_DATABASE"),
+          DatabaseValue(modalias, "ID_MODEL_FROM_DATABASE")};
 }
 
 DatabaseNames NameDatabase::FromLists(const std::string& modalias) {

@@ -1,15 +1,13 @@
 /// Names of vendors and products by their numbers, from the machine's databases.
 #pragma once
 
-#include <systemd/sd-hwdb.h>
-
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ostrine/linux/sysfs.h"
+#include "platform/linux/systemd_library.h"
 
 namespace ostrine {
 
@@ -25,6 +23,7 @@ class NameDatabase {
   explicit NameDatabase(Path root);
   NameDatabase(const NameDatabase&) = delete;
   NameDatabase& operator=(const NameDatabase&) = delete;
+  ~NameDatabase();
 
   /// Names for a device of PCI or USB.
   DatabaseNames Find(const std::string& modalias);
@@ -33,18 +32,18 @@ class NameDatabase {
   std::string FindVendor(const std::string& modalias) { return FromHardwareDatabase(modalias).vendor; }
 
  private:
-  struct Closer {
-    void operator()(sd_hwdb* database) const { sd_hwdb_unref(database); }
-  };
   /// A list of names that has been looked for; without bytes where there is none.
   using List = std::optional<std::vector<std::uint8_t>>;
 
+  void OpenDatabase();
+  std::string DatabaseValue(const std::string& modalias, const char* key) const;
   DatabaseNames FromHardwareDatabase(const std::string& modalias);
   DatabaseNames FromLists(const std::string& modalias);
   const std::vector<std::uint8_t>& Loaded(List& list, const char* name) const;
 
   Path root_;
-  std::unique_ptr<sd_hwdb, Closer> database_;
+  std::optional<velmora::SystemdLibrary> library_;  ///< loaded only where there is a database
+  sd_hwdb* database_ = nullptr;
   bool is_database_tried_ = false;
   List pci_list_;
   List usb_list_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -106,9 +107,17 @@ std::optional<std::uint32_t> LinuxProcessor::Threads() const {
 }
 
 std::vector<Cache> LinuxProcessor::Caches(unsigned int level, CacheExtent extent) const {
-  const auto processors = Online();
+  const std::string folder = root_ + kProcessorFolder;
+  constexpr std::uint32_t kFirst = 0;
+  if (extent == CacheExtent::kFirst) {
+    // It is in use on nearly every machine, and shows no caches while it is not.
+    auto caches = ReadCaches(folder, std::span(&kFirst, 1), level, extent);
+    if (!caches.empty()) return caches;
+  }
+  auto processors = Online();
   if (!processors) return {};
-  return ReadCaches(root_ + kProcessorFolder, *processors, level, extent);
+  if (extent == CacheExtent::kFirst) std::erase(*processors, kFirst);
+  return ReadCaches(folder, *processors, level, extent);
 }
 
 std::optional<ProcessorTime> LinuxProcessor::Time() const {

@@ -21,7 +21,7 @@ constexpr std::string_view kSuffix = ".service";
 BusMessage Ask(const BusConnection& bus, const char* method) {
   BusMessage call = bus.NewCall(
       {"org.freedesktop.systemd1", "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager", method});
-  if (!call || sd_bus_message_append(call.get(), "asas", 0, 1, "*.service") < 0) return {};
+  if (call.Append("asas", 0, 1, "*.service") < 0) return {};
   return bus.Call(call);
 }
 
@@ -29,12 +29,10 @@ BusMessage Ask(const BusConnection& bus, const char* method) {
 std::string FreezerState(const BusConnection& bus, const char* path) {
   const BusMessage call =
       bus.NewCall({"org.freedesktop.systemd1", path, "org.freedesktop.DBus.Properties", "Get"});
-  if (!call || sd_bus_message_append(call.get(), "ss", "org.freedesktop.systemd1.Unit", "FreezerState") < 0) {
-    return {};
-  }
+  if (call.Append("ss", "org.freedesktop.systemd1.Unit", "FreezerState") < 0) return {};
   const BusMessage reply = bus.Call(call);
   const char* state = nullptr;
-  return reply && sd_bus_message_read(reply.get(), "v", "s", &state) > 0 ? state : "";
+  return reply.Read("v", "s", &state) > 0 ? state : "";
 }
 
 const wchar_t* StateWord(UnitState state) {
@@ -85,10 +83,10 @@ bool Show(const BusConnection& bus, const Service& service, const WqlVisitor& vi
 }
 
 /// Shows the units that are loaded and collects their names; whether the visitor wants more.
-bool ShowLoadedUnits(const BusConnection& bus, sd_bus_message* reply,
+bool ShowLoadedUnits(const BusConnection& bus, const BusMessage& reply,
                      std::set<std::string, std::less<>>& shown, const WqlVisitor& visit) {
   constexpr const char* kUnit = "(ssssssouso)";
-  if (sd_bus_message_enter_container(reply, 'a', kUnit) < 0) return true;
+  if (reply.Enter('a', kUnit) < 0) return true;
   for (;;) {
     const char* unit = nullptr;
     const char* description = nullptr;
@@ -100,8 +98,8 @@ bool ShowLoadedUnits(const BusConnection& bus, sd_bus_message* reply,
     const char* job_type = nullptr;
     const char* job_path = nullptr;
     std::uint32_t job = 0;
-    if (sd_bus_message_read(reply, kUnit, &unit, &description, &load, &active, &sub, &following, &path, &job,
-                            &job_type, &job_path) <= 0) {
+    if (reply.Read(kUnit, &unit, &description, &load, &active, &sub, &following, &path, &job, &job_type,
+                   &job_path) <= 0) {
       return true;
     }
     if (std::string_view(load) == "not-found") continue;  // others only mention it
@@ -111,13 +109,13 @@ bool ShowLoadedUnits(const BusConnection& bus, sd_bus_message* reply,
 }
 
 /// Shows the units that are installed but not loaded; patterns for units and second names are not services.
-void ShowInstalledUnits(const BusConnection& bus, sd_bus_message* reply,
+void ShowInstalledUnits(const BusConnection& bus, const BusMessage& reply,
                         const std::set<std::string, std::less<>>& shown, const WqlVisitor& visit) {
   constexpr const char* kUnitFile = "(ss)";
-  if (sd_bus_message_enter_container(reply, 'a', kUnitFile) < 0) return;
+  if (reply.Enter('a', kUnitFile) < 0) return;
   const char* path = nullptr;
   const char* state = nullptr;
-  while (sd_bus_message_read(reply, kUnitFile, &path, &state) > 0) {
+  while (reply.Read(kUnitFile, &path, &state) > 0) {
     std::string_view unit(path);
     unit.remove_prefix(unit.find_last_of('/') + 1);
     const bool is_pattern = unit.find("@.") != std::string_view::npos;
@@ -132,9 +130,9 @@ void VisitServices(const Path& root, const WqlVisitor& visit) {
   const BusConnection bus(root);
   const BusMessage loaded = Ask(bus, "ListUnitsByPatterns");
   std::set<std::string, std::less<>> shown;
-  if (!loaded || !ShowLoadedUnits(bus, loaded.get(), shown, visit)) return;
+  if (!loaded || !ShowLoadedUnits(bus, loaded, shown, visit)) return;
   const BusMessage installed = Ask(bus, "ListUnitFilesByPatterns");
-  if (installed) ShowInstalledUnits(bus, installed.get(), shown, visit);
+  if (installed) ShowInstalledUnits(bus, installed, shown, visit);
 }
 
 }  // namespace ostrine

@@ -28,11 +28,12 @@ std::string Hex(std::uint64_t number, std::size_t width) {
 /// The address without its function: "0000:01:00.".
 std::string_view SlotOf(std::string_view address) { return address.substr(0, address.rfind('.') + 1); }
 
-bool IsDisplay(const Path& node) {
+bool IsDisplayClass(const std::optional<std::uint32_t>& code) {
   constexpr std::uint32_t kDisplayClass = 3;
-  const auto code = HexAttribute(node / "class");
   return code && *code >> 16 == kDisplayClass;
 }
+
+bool IsDisplay(const Path& node) { return IsDisplayClass(HexAttribute(node / "class")); }
 
 std::uint16_t VendorOf(const Path& node) {
   return static_cast<std::uint16_t>(HexAttribute(node / "vendor").value_or(0) & 0xFFFF);
@@ -125,11 +126,11 @@ std::string CardAddress(std::uint64_t card) {
 }
 
 std::vector<std::string> DisplayFunctions(const Path& root) {
-  const Path folder = root / kPciDevices;
-  std::vector<std::string> addresses = EntryNames(folder);
+  Folder devices(root / kPciDevices);
+  std::vector<std::string> addresses = devices.EntryNames();
   std::erase_if(addresses, [&](const std::string& address) {
-    const auto card = CardNumber(address);
-    return !card || !IsDisplay(folder / address) || Exists(folder / address / "physfn");
+    return !CardNumber(address) || !IsDisplayClass(devices.HexAttribute(address + "/class")) ||
+           devices.Exists(address + "/physfn");
   });
   std::vector<std::string> cards;
   for (const std::string& address : addresses) {

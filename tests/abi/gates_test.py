@@ -119,6 +119,13 @@ class LinkFlags(unittest.TestCase):
         self.assertEqual(link_flags.without_flag(self.LINKED.format("-Wl,-z,defs"), ["lib/libother.so.0.1.0"]),
                          ["lib/libother.so.0.1.0"])
 
+    def test_a_library_that_is_loaded_too_early_is_found(self):
+        needed = " 0x0000000000000001 (NEEDED)             Shared library: [{}]\n"
+        listing = needed.format("libstdc++.so.6") + "{}" + needed.format("libc.so.6")
+        self.assertEqual(link_flags.loaded_at_start(listing.format(needed.format("libm.so.6"))), [])
+        self.assertEqual(link_flags.loaded_at_start(listing.format(needed.format("libsystemd.so.0"))),
+                         ["libsystemd.so.0"])
+
 
 class PePrograms(Compiled):
     SOURCE = "#include <string>\nint main(int argc, char** argv) { return std::stoi(argv[argc - 1]); }"
@@ -150,6 +157,7 @@ class IncludeRules(unittest.TestCase):
                 ("include/velmora/cpu.h", '"velmora/export.h"'), ("src/power/battery.cpp", '"velmora/battery.h"'),
                 ("src/power/battery.cpp", '"platform/os/text.h"'), ("src/platform/windows/text.cpp", "<windows.h>"),
                 ("src/platform/linux/bus.cpp", "<systemd/sd-bus.h>"), ("ostrine/linux/dmi.cpp", '"ostrine/linux/dmi.h"'),
+                ("ostrine/linux/bluez.h", '"platform/linux/systemd_message.h"'),
                 ("simulator/hal.cpp", '"platform/ostrine/hal.h"'), ("src/platform/logging.cpp", "<log4cxx/logger.h>"),
                 ("src/network/address.cpp", "<filesystem>")]:
             with self.subTest(f"{path} {include}"):

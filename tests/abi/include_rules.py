@@ -48,7 +48,7 @@ RULES = [
     (r"ostrine/common/cpuid_instruction\.cpp", [r"<cpuid\.h>", r'"ostrine/common/\w+\.h"']),
     (r"ostrine/common/\w+\.(h|cpp)", [OSTRINE_CONTRACT, TEXT, r'"ostrine/common/\w+\.h"']),
     (r"ostrine/(windows|linux)/\w+\.(h|cpp)",
-     [ANY_SYSTEM, OSTRINE_CONTRACT, TEXT, r'"ostrine/(common|{1})/\w+\.h"']),
+     [ANY_SYSTEM, OSTRINE_CONTRACT, TEXT, r'"platform/{1}/systemd_\w+\.h"', r'"ostrine/(common|{1})/\w+\.h"']),
     (r"simulator/(sections/)?\w+\.(h|cpp)",
      [CONTRACTS, TEXT, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>",
       r'"velmora/export\.h"']),

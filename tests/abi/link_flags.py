@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Holds the shared libraries of a Linux build to -Wl,-z,defs: nothing in them is left for a host to define.
+"""Holds the shared libraries of a Linux build to -Wl,-z,defs: nothing in them is left for a host to define. And to
+what a process pays for by starting with them: what only some questions need is loaded by those.
 
     link_flags.py BUILD.NINJA LIBRARY...
 
@@ -23,6 +24,15 @@ def without_flag(ninja, libraries):
     return [library for library in libraries if library not in flagged]
 
 
+LOADED_LATE = ("libsystemd.so.0",)  # brings half a dozen others along
+
+
+def loaded_at_start(dynamic_section):
+    """The libraries that are loaded with one although only some questions need them, from what `readelf -d` prints."""
+    needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic_section)
+    return [name for name in needed if name in LOADED_LATE]
+
+
 def main(ninja_file, libraries):
     build = Path(ninja_file).parent
     found = [f"{library} is linked without -Wl,-z,defs"
@@ -32,7 +42,9 @@ def main(ninja_file, libraries):
         loaded = subprocess.run(["ldd", "-r", library], capture_output=True, text=True, check=False)
         lines = (loaded.stdout + loaded.stderr).splitlines()
         found += [f"{library}: {line.strip()}" for line in lines if "undefined symbol" in line or "not found" in line]
-    print("\n".join(found) if found else f"{len(libraries)} libraries define all that they use")
+        dynamic = subprocess.run(["readelf", "-d", "-W", library], capture_output=True, text=True, check=True).stdout
+        found += [f"{library} has {name} loaded at the start" for name in loaded_at_start(dynamic)]
+    print("\n".join(found) if found else f"{len(libraries)} libraries define all that they use, and load no more")
     return 1 if found or not libraries else 0
 
 

@@ -69,7 +69,7 @@ void Fill(const BluetoothDevice& device, std::uint64_t address, BluetoothDeviceI
 }
 
 /// What the service knows at the end of the inquiry, if one is wanted. The connection ends it at the latest.
-std::optional<BluetoothObjects> Inquire(sd_bus* bus, const std::string& adapter,
+std::optional<BluetoothObjects> Inquire(SystemBus* bus, const std::string& adapter,
                                         const BluetoothSearchParameters& parameters) {
   constexpr std::uint32_t kUnit = 1280;  // milliseconds
   if (parameters.issue_inquiry == 0) return ReadBluetoothObjects(bus);

@@ -17,10 +17,11 @@ constexpr const char* kService = "org.bluez";
 constexpr const char* kAdapterInterface = "org.bluez.Adapter1";
 
 /// Sets the adapter's power and reads it back until it has followed.
-std::uint32_t SwitchPower(sd_bus* bus, const BusObject& adapter, bool on) {
+std::uint32_t SwitchPower(SystemBus* bus, const BusObject& adapter, bool on) {
   BusError error;
-  const int result = sd_bus_set_property(bus, adapter.service, adapter.path, adapter.interface, "Powered",
-                                         error.Out(), "b", on ? 1 : 0);
+  const SystemdLibrary& library = bus->Library();
+  const int result = library.bus_set_property(bus->Get(), adapter.service, adapter.path, adapter.interface,
+                                              "Powered", error.Out(library), "b", on ? 1 : 0);
   if (result < 0) return error.IsRefusal() ? kErrorAccessDenied : kErrorGeneralFailure;
   constexpr int kTries = 20;
   constexpr std::uint32_t kPause = 100;

@@ -12,9 +12,9 @@ constexpr const char* kAdapterInterface = "org.bluez.Adapter1";
 constexpr const char* kDeviceInterface = "org.bluez.Device1";
 constexpr std::size_t kMostDevices = 4096;
 
-bool Skip(sd_bus_message* message, const char* types) { return sd_bus_message_skip(message, types) >= 0; }
+bool Skip(const BusMessage& message, const char* types) { return message.Skip(types) >= 0; }
 
-bool ReadProperty(sd_bus_message* message, std::string_view name, BluetoothAdapter& adapter) {
+bool ReadProperty(const BusMessage& message, std::string_view name, BluetoothAdapter& adapter) {
   if (name == "Address") return ReadBusVariant(message, adapter.address);
   if (name == "Alias") return ReadBusVariant(message, adapter.alias);
   if (name == "Class") return ReadBusVariant(message, 'u', adapter.class_of_device);
@@ -23,7 +23,7 @@ bool ReadProperty(sd_bus_message* message, std::string_view name, BluetoothAdapt
   return Skip(message, "v");
 }
 
-bool ReadProperty(sd_bus_message* message, std::string_view name, BluetoothDevice& device) {
+bool ReadProperty(const BusMessage& message, std::string_view name, BluetoothDevice& device) {
   if (name == "Address") return ReadBusVariant(message, device.address);
   if (name == "AddressType") return ReadBusVariant(message, device.address_type);
   if (name == "Alias") return ReadBusVariant(message, device.alias);
@@ -44,12 +44,12 @@ bool ReadProperty(sd_bus_message* message, std::string_view name, BluetoothDevic
 }
 
 template <class Object>
-bool ReadProperties(sd_bus_message* message, Object& object) {
+bool ReadProperties(const BusMessage& message, Object& object) {
   return ForEachBusEntry(message, "sv",
                          [&](std::string_view name) { return ReadProperty(message, name, object); });
 }
 
-bool ReadObject(sd_bus_message* message, std::string_view path, BluetoothObjects& objects) {
+bool ReadObject(const BusMessage& message, std::string_view path, BluetoothObjects& objects) {
   return ForEachBusEntry(message, "sa{sv}", [&](std::string_view interface) {
     if (interface == kAdapterInterface) {
       objects.adapters.push_back({.path = std::string(path)});
@@ -70,13 +70,9 @@ bool ComesBefore(const Object& left, const Object& right) {
   return left.path < right.path;
 }
 
-bool CallAdapter(sd_bus* bus, const std::string& adapter, const char* method) noexcept {
+bool CallAdapter(SystemBus* bus, const std::string& adapter, const char* method) noexcept {
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_call_method(bus, kService, adapter.c_str(), kAdapterInterface, method, error.Out(), &reply, "");
-  const BusMessage owned(reply);
-  return result >= 0;
+  return static_cast<bool>(bus->Call({kService, adapter.c_str(), kAdapterInterface}, method, error, ""));
 }
 
 int Nibble(char c) noexcept {
@@ -88,15 +84,13 @@ int Nibble(char c) noexcept {
 
 }  // namespace
 
-std::optional<BluetoothObjects> ReadBluetoothObjects(sd_bus* bus) {
+std::optional<BluetoothObjects> ReadBluetoothObjects(SystemBus* bus) {
   if (!IsOnBus(bus, kService)) return std::nullopt;
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result = sd_bus_call_method(bus, kService, "/", "org.freedesktop.DBus.ObjectManager",
-                                        "GetManagedObjects", error.Out(), &reply, "");
-  const BusMessage owned(reply);
+  const BusMessage reply =
+      bus->Call({kService, "/", "org.freedesktop.DBus.ObjectManager"}, "GetManagedObjects", error, "");
   BluetoothObjects objects;
-  const bool is_read = result >= 0 && ForEachBusEntry(reply, "oa{sa{sv}}", [&](std::string_view path) {
+  const bool is_read = reply && ForEachBusEntry(reply, "oa{sa{sv}}", [&](std::string_view path) {
                          return ReadObject(reply, path, objects);
                        });
   if (!is_read) return std::nullopt;
@@ -105,17 +99,15 @@ std::optional<BluetoothObjects> ReadBluetoothObjects(sd_bus* bus) {
   return objects;
 }
 
-bool StartInquiry(sd_bus* bus, const std::string& adapter) {
+bool StartInquiry(SystemBus* bus, const std::string& adapter) {
   BusError error;
-  sd_bus_message* reply = nullptr;
   // Where the filter is refused the inquiry finds more than is asked for, which is sorted out later.
-  sd_bus_call_method(bus, kService, adapter.c_str(), kAdapterInterface, "SetDiscoveryFilter", error.Out(),
-                     &reply, "a{sv}", 1, "Transport", "s", "bredr");
-  const BusMessage owned(reply);
+  bus->Call({kService, adapter.c_str(), kAdapterInterface}, "SetDiscoveryFilter", error, "a{sv}", 1,
+            "Transport", "s", "bredr");
   return CallAdapter(bus, adapter, "StartDiscovery");
 }
 
-void StopInquiry(sd_bus* bus, const std::string& adapter) noexcept {
+void StopInquiry(SystemBus* bus, const std::string& adapter) noexcept {
   CallAdapter(bus, adapter, "StopDiscovery");
 }
 

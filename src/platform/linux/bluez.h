@@ -40,12 +40,12 @@ struct BluetoothObjects {
 
 /// What the service knows now; nothing when it does not run or does not answer. It is not started for the
 /// question. More devices than 4096 are not looked at.
-std::optional<BluetoothObjects> ReadBluetoothObjects(sd_bus* bus);
+std::optional<BluetoothObjects> ReadBluetoothObjects(SystemBus* bus);
 
 /// Has the adapter look for classic devices around it, until it is stopped or the connection ends; false when
 /// it refuses.
-bool StartInquiry(sd_bus* bus, const std::string& adapter);
-void StopInquiry(sd_bus* bus, const std::string& adapter) noexcept;
+bool StartInquiry(SystemBus* bus, const std::string& adapter);
+void StopInquiry(SystemBus* bus, const std::string& adapter) noexcept;
 
 /// The number that "AA:BB:CC:DD:EE:FF" stands for, 0xAABBCCDDEEFF; nothing for any other text. Pure.
 std::optional<std::uint64_t> ParseBluetoothAddress(std::string_view text) noexcept;

@@ -5,7 +5,7 @@
 
 namespace velmora::os {
 
-std::optional<bool> IsFirewallOn(const std::filesystem::path& root, sd_bus* bus) {
+std::optional<bool> IsFirewallOn(const std::filesystem::path& root, SystemBus* bus) {
   // It holds its name exactly as long as its rules are in force.
   if (bus != nullptr && IsOnBus(bus, "org.fedoraproject.FirewallD1")) return true;
   const auto settings = ReadSmallFile(root / "etc/ufw/ufw.conf");

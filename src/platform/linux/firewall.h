@@ -12,6 +12,6 @@ namespace velmora::os {
 /// By firewalld while it runs, else by the settings of ufw. Nothing where neither is there: the rules that
 /// the kernel itself holds are shown to the superuser only, and that there are some says little. `bus` may be
 /// null.
-std::optional<bool> IsFirewallOn(const std::filesystem::path& root, sd_bus* bus);
+std::optional<bool> IsFirewallOn(const std::filesystem::path& root, SystemBus* bus);
 
 }  // namespace velmora::os

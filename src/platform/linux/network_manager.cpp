@@ -22,32 +22,28 @@ std::int64_t NumberIn(const std::string& text) {
   return error == std::errc() && *rest == 0 ? number : 0;
 }
 
-std::optional<std::string> DeviceOf(sd_bus* bus, const std::string& interface) {
+std::optional<std::string> DeviceOf(SystemBus* bus, const std::string& interface) {
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result = sd_bus_call_method(bus, kService, kManagerPath, kManager, "GetDeviceByIpIface",
-                                        error.Out(), &reply, "s", interface.c_str());
-  const BusMessage owned(reply);
+  const BusMessage reply =
+      bus->Call({kService, kManagerPath, kManager}, "GetDeviceByIpIface", error, "s", interface.c_str());
   const char* path = nullptr;
-  if (result < 0 || sd_bus_message_read_basic(reply, 'o', &path) <= 0) return std::nullopt;
+  if (reply.ReadBasic('o', &path) <= 0) return std::nullopt;
   return std::string(path);
 }
 
 /// The lease that the object `path` stands for.
-ManagedDhcp ReadLease(sd_bus* bus, const char* path) {
+ManagedDhcp ReadLease(SystemBus* bus, const char* path) {
   ManagedDhcp lease{.enabled = true};
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result = sd_bus_get_property(bus, kService, path, kDhcp, "Options", error.Out(), &reply, "a{sv}");
-  const BusMessage owned(reply);
-  if (result < 0) return lease;
+  const BusMessage reply = bus->Property({kService, path, kDhcp}, "Options", error, "a{sv}");
+  if (!reply) return lease;
   std::string expiry;
   std::string length;
   ForEachBusEntry(reply, "sv", [&](std::string_view name) {
     if (name == "expiry") return ReadBusVariant(reply, expiry);
     if (name == "dhcp_lease_time") return ReadBusVariant(reply, length);
     if (name == "dhcp_server_identifier") return ReadBusVariant(reply, lease.server);
-    return sd_bus_message_skip(reply, "v") >= 0;
+    return reply.Skip("v") >= 0;
   });
   lease.expires = NumberIn(expiry);
   const std::int64_t seconds = NumberIn(length);
@@ -56,18 +52,15 @@ ManagedDhcp ReadLease(sd_bus* bus, const char* path) {
 }
 
 /// The IPv4 method of a connection's settings; empty when it is not told.
-std::string MethodOf(sd_bus* bus, const char* connection) {
+std::string MethodOf(SystemBus* bus, const char* connection) {
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_call_method(bus, kService, connection, kSettings, "GetSettings", error.Out(), &reply, "");
-  const BusMessage owned(reply);
+  const BusMessage reply = bus->Call({kService, connection, kSettings}, "GetSettings", error, "");
   std::string method;
-  if (result < 0) return method;
+  if (!reply) return method;
   ForEachBusEntry(reply, "sa{sv}", [&](std::string_view group) {
-    if (group != "ipv4") return sd_bus_message_skip(reply, "a{sv}") >= 0;
+    if (group != "ipv4") return reply.Skip("a{sv}") >= 0;
     return ForEachBusEntry(reply, "sv", [&](std::string_view name) {
-      return name == "method" ? ReadBusVariant(reply, method) : sd_bus_message_skip(reply, "v") >= 0;
+      return name == "method" ? ReadBusVariant(reply, method) : reply.Skip("v") >= 0;
     });
   });
   return method;
@@ -75,7 +68,7 @@ std::string MethodOf(sd_bus* bus, const char* connection) {
 
 }  // namespace
 
-NetworkManager::NetworkManager(sd_bus* bus) noexcept
+NetworkManager::NetworkManager(SystemBus* bus) noexcept
     : bus_(bus != nullptr && IsOnBus(bus, kService) ? bus : nullptr) {}
 
 bool NetworkManager::IsManual(const std::string& device) const {

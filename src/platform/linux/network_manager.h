@@ -24,7 +24,7 @@ struct ManagedConnectivity {
 class NetworkManager {
  public:
   /// `bus` may be null: then nobody manages anything.
-  explicit NetworkManager(sd_bus* bus) noexcept;
+  explicit NetworkManager(SystemBus* bus) noexcept;
 
   /// How the interface gets its IPv4 address; nothing when it is not managed.
   std::optional<ManagedDhcp> DhcpOf(const std::string& interface) const;
@@ -34,7 +34,7 @@ class NetworkManager {
  private:
   bool IsManual(const std::string& device) const;
 
-  sd_bus* bus_;
+  SystemBus* bus_;
 };
 
 }  // namespace velmora::os

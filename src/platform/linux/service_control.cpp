@@ -29,13 +29,13 @@ constexpr std::uint32_t kRightToInterrogate = 0x80;
 constexpr std::uint32_t kControlStop = 1;
 constexpr std::uint32_t kControlInterrogate = 4;
 
-using SharedBus = std::shared_ptr<sd_bus>;
+using SharedBus = std::shared_ptr<SystemBus>;
 
 /// Base of what CloseServiceHandle closes.
 class ServiceObject : public HandleObject {
  public:
   explicit ServiceObject(SharedBus bus) noexcept : bus_(std::move(bus)) {}
-  const SharedBus& SystemBus() const noexcept { return bus_; }
+  const SharedBus& Connection() const noexcept { return bus_; }
 
  private:
   SharedBus bus_;
@@ -50,7 +50,7 @@ class Service : public ServiceObject {
  public:
   Service(SharedBus bus, std::string unit, std::uint32_t rights) noexcept
       : ServiceObject(std::move(bus)), unit_(std::move(unit)), rights_(rights) {}
-  sd_bus* Bus() const noexcept { return SystemBus().get(); }
+  SystemBus* Bus() const noexcept { return Connection().get(); }
   const std::string& Unit() const noexcept { return unit_; }
   bool May(std::uint32_t right) const noexcept { return (rights_ & right) != 0; }
 
@@ -134,8 +134,8 @@ ServiceHandle OpenServiceW(ServiceHandle handle, const wchar_t* name, std::uint3
   if (manager == nullptr) return Fail(kErrorInvalidHandle);
   auto unit = name != nullptr ? UnitOfService(name) : std::nullopt;
   if (!unit) return Fail(kErrorInvalidName);
-  if (const std::uint32_t error = FindUnit(manager->SystemBus().get(), *unit)) return Fail(error);
-  return HandleOf(std::make_unique<Service>(manager->SystemBus(), std::move(*unit), access));
+  if (const std::uint32_t error = FindUnit(manager->Connection().get(), *unit)) return Fail(error);
+  return HandleOf(std::make_unique<Service>(manager->Connection(), std::move(*unit), access));
 }
 
 bool QueryServiceStatus(ServiceHandle handle, ServiceStatus& status) {

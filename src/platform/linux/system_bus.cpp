@@ -1,7 +1,10 @@
 #include "platform/linux/system_bus.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <ctime>
+#include <new>
 
 namespace velmora::os {
 namespace {
@@ -16,16 +19,23 @@ std::uint64_t MicrosecondsNow() noexcept {
   return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000 + static_cast<std::uint64_t>(now.tv_nsec) / 1000;
 }
 
+/// Whether a bus may be there, so far as that can be told without a library: at an address that the user has
+/// set, or else at its usual place.
+bool MayHaveBus() noexcept {
+  return secure_getenv("DBUS_SYSTEM_BUS_ADDRESS") != nullptr ||
+         access("/run/dbus/system_bus_socket", F_OK) == 0;
+}
+
 /// Goes through the greeting on a new connection, which the library itself would wait for much longer.
-bool BecomesReady(sd_bus* bus) noexcept {
+bool BecomesReady(const SystemdLibrary& library, sd_bus* bus) noexcept {
   const std::uint64_t end = MicrosecondsNow() + kBusTimeoutMicroseconds;
   for (;;) {
-    const int progress = sd_bus_process(bus, nullptr);
+    const int progress = library.bus_process(bus, nullptr);
     if (progress < 0) return false;
-    if (sd_bus_is_ready(bus) > 0) return true;
+    if (library.bus_is_ready(bus) > 0) return true;
     if (progress > 0) continue;
     const std::uint64_t now = MicrosecondsNow();
-    if (now >= end || sd_bus_wait(bus, end - now) < 0) return false;
+    if (now >= end || library.bus_wait(bus, end - now) < 0) return false;
   }
 }
 
@@ -40,65 +50,74 @@ bool BusError::IsTimeout() const noexcept {
   return Is(SD_BUS_ERROR_NO_REPLY) || Is(SD_BUS_ERROR_TIMEOUT) || Is("System.Error.ETIMEDOUT");
 }
 
-Bus ConnectToSystemBus() noexcept {
-  sd_bus* opened = nullptr;
-  if (sd_bus_open_system(&opened) < 0) return nullptr;
-  Bus bus(opened);
-  if (sd_bus_set_method_call_timeout(bus.get(), kBusTimeoutMicroseconds) < 0 || !BecomesReady(bus.get())) {
-    return nullptr;
-  }
-  return bus;
+bool SystemBus::Connect() noexcept {
+  return library_ && library_.bus_open_system(&bus_) >= 0 &&
+         library_.bus_set_method_call_timeout(bus_, kBusTimeoutMicroseconds) >= 0 &&
+         BecomesReady(library_, bus_);
 }
 
-std::optional<std::string> ReadBusText(sd_bus* bus, const BusObject& object, const char* property) {
+BusMessage SystemBus::Property(const BusObject& object, const char* property, BusError& error,
+                               const char* type) const noexcept {
+  sd_bus_message* reply = nullptr;
+  const int result = library_.bus_get_property(bus_, object.service, object.path, object.interface, property,
+                                               error.Out(library_), &reply, type);
+  BusMessage owned(library_, reply);
+  return result < 0 ? BusMessage() : std::move(owned);
+}
+
+Bus ConnectToSystemBus() noexcept {
+  if (!MayHaveBus()) return nullptr;
+  Bus bus(new (std::nothrow) SystemBus);
+  return bus && bus->Connect() ? std::move(bus) : nullptr;
+}
+
+std::optional<std::string> ReadBusText(SystemBus* bus, const BusObject& object, const char* property) {
+  const SystemdLibrary& library = bus->Library();
   BusError error;
   char* text = nullptr;
-  const int result = sd_bus_get_property_string(bus, object.service, object.path, object.interface, property,
-                                                error.Out(), &text);
+  const int result = library.bus_get_property_string(bus->Get(), object.service, object.path,
+                                                     object.interface, property, error.Out(library), &text);
   if (result < 0) return std::nullopt;
   const std::unique_ptr<char, TextFreer> owned(text);
   return std::string(text);
 }
 
-std::optional<bool> ReadBusFlag(sd_bus* bus, const BusObject& object, const char* property) noexcept {
+std::optional<bool> ReadBusFlag(SystemBus* bus, const BusObject& object, const char* property) noexcept {
+  const SystemdLibrary& library = bus->Library();
   BusError error;
   int flag = 0;
-  const int result = sd_bus_get_property_trivial(bus, object.service, object.path, object.interface, property,
-                                                 error.Out(), 'b', &flag);
+  const int result = library.bus_get_property_trivial(
+      bus->Get(), object.service, object.path, object.interface, property, error.Out(library), 'b', &flag);
   if (result < 0) return std::nullopt;
   return flag != 0;
 }
 
-std::optional<std::uint32_t> ReadBusNumber(sd_bus* bus, const BusObject& object,
+std::optional<std::uint32_t> ReadBusNumber(SystemBus* bus, const BusObject& object,
                                            const char* property) noexcept {
+  const SystemdLibrary& library = bus->Library();
   BusError error;
   std::uint32_t number = 0;
-  const int result = sd_bus_get_property_trivial(bus, object.service, object.path, object.interface, property,
-                                                 error.Out(), 'u', &number);
+  const int result = library.bus_get_property_trivial(
+      bus->Get(), object.service, object.path, object.interface, property, error.Out(library), 'u', &number);
   if (result < 0) return std::nullopt;
   return number;
 }
 
-std::optional<std::string> ReadBusPath(sd_bus* bus, const BusObject& object, const char* property) {
+std::optional<std::string> ReadBusPath(SystemBus* bus, const BusObject& object, const char* property) {
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result = sd_bus_get_property(bus, object.service, object.path, object.interface, property,
-                                         error.Out(), &reply, "o");
-  const BusMessage owned(reply);
+  const BusMessage reply = bus->Property(object, property, error, "o");
   const char* path = nullptr;
-  if (result < 0 || sd_bus_message_read_basic(reply, 'o', &path) <= 0) return std::nullopt;
+  if (reply.ReadBasic('o', &path) <= 0) return std::nullopt;
   return std::string(path);
 }
 
-bool IsOnBus(sd_bus* bus, const char* service) noexcept {
+bool IsOnBus(SystemBus* bus, const char* service) noexcept {
   BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_call_method(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                         "NameHasOwner", error.Out(), &reply, "s", service);
-  const BusMessage owned(reply);
+  const BusMessage reply =
+      bus->Call({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"}, "NameHasOwner",
+                error, "s", service);
   int has_owner = 0;
-  return result >= 0 && sd_bus_message_read(reply, "b", &has_owner) > 0 && has_owner != 0;
+  return reply.Read("b", &has_owner) > 0 && has_owner != 0;
 }
 
 }  // namespace velmora::os

@@ -49,21 +49,17 @@ class TextList {
 
 /// Calls a method of the manager with texts and gives the reply; null with `error` on failure.
 template <class... Texts>
-BusMessage CallManager(sd_bus* bus, const char* method, BusError& error, const char* types,
+BusMessage CallManager(SystemBus* bus, const char* method, BusError& error, const char* types,
                        Texts... texts) noexcept {
-  sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_call_method(bus, kService, kManagerPath, kManager, method, error.Out(), &reply, types, texts...);
-  BusMessage owned(reply);
-  return result < 0 ? nullptr : std::move(owned);
+  return bus->Call({kService, kManagerPath, kManager}, method, error, types, texts...);
 }
 
 /// The path of the unit's object, which the manager loads for the purpose.
-std::uint32_t LoadUnit(sd_bus* bus, const std::string& unit, std::string& path) {
+std::uint32_t LoadUnit(SystemBus* bus, const std::string& unit, std::string& path) {
   BusError error;
   const BusMessage reply = CallManager(bus, "LoadUnit", error, "s", unit.c_str());
   const char* text = nullptr;
-  if (reply && sd_bus_message_read(reply.get(), "o", &text) > 0) {
+  if (reply.Read("o", &text) > 0) {
     path = text;
     return 0;
   }
@@ -72,27 +68,24 @@ std::uint32_t LoadUnit(sd_bus* bus, const std::string& unit, std::string& path) 
 }
 
 /// Looks through a list of entries that begin with a unit's name or file for `wanted` in any letter case.
-std::optional<std::string> FindInList(sd_bus* bus, const char* method, const char* entry,
+std::optional<std::string> FindInList(SystemBus* bus, const char* method, const char* entry,
                                       std::wstring_view wanted) {
   BusError error;
   const BusMessage reply = CallManager(bus, method, error, "");
   const std::string array_entry = "(" + std::string(entry) + ")";
-  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', array_entry.c_str()) < 0)
-    return std::nullopt;
-  while (sd_bus_message_enter_container(reply.get(), 'r', entry) > 0) {
+  if (reply.Enter('a', array_entry.c_str()) < 0) return std::nullopt;
+  while (reply.Enter('r', entry) > 0) {
     const char* text = nullptr;
-    if (sd_bus_message_read(reply.get(), "s", &text) <= 0) return std::nullopt;
+    if (reply.Read("s", &text) <= 0) return std::nullopt;
     const std::string_view path = text;
     const std::string_view name = path.substr(path.rfind('/') + 1);  // all of it when there is no slash
     if (EqualIgnoringCase(unicode::WideFromUtf8(name), wanted)) return std::string(name);
-    if (sd_bus_message_skip(reply.get(), entry + 1) < 0 || sd_bus_message_exit_container(reply.get()) < 0) {
-      return std::nullopt;
-    }
+    if (reply.Skip(entry + 1) < 0 || reply.Exit() < 0) return std::nullopt;
   }
   return std::nullopt;
 }
 
-std::uint32_t ChangeUnit(sd_bus* bus, const char* method, const std::string& unit) noexcept {
+std::uint32_t ChangeUnit(SystemBus* bus, const char* method, const std::string& unit) noexcept {
   BusError error;
   const BusMessage reply = CallManager(bus, method, error, "ss", unit.c_str(), "replace");
   return reply ? 0 : ErrorNumber(error);
@@ -100,9 +93,9 @@ std::uint32_t ChangeUnit(sd_bus* bus, const char* method, const std::string& uni
 
 }  // namespace
 
-bool HasServiceManager(sd_bus* bus) noexcept { return IsOnBus(bus, kService); }
+bool HasServiceManager(SystemBus* bus) noexcept { return IsOnBus(bus, kService); }
 
-std::uint32_t ReadUnit(sd_bus* bus, const std::string& unit, UnitFacts& facts) {
+std::uint32_t ReadUnit(SystemBus* bus, const std::string& unit, UnitFacts& facts) {
   std::string path;
   if (const std::uint32_t error = LoadUnit(bus, unit, path)) return error;
   const BusObject object{kService, path.c_str(), kUnit};
@@ -118,7 +111,7 @@ std::uint32_t ReadUnit(sd_bus* bus, const std::string& unit, UnitFacts& facts) {
   return 0;
 }
 
-std::uint32_t FindUnit(sd_bus* bus, std::string& unit) {
+std::uint32_t FindUnit(SystemBus* bus, std::string& unit) {
   UnitFacts facts;
   const std::uint32_t error = ReadUnit(bus, unit, facts);
   if (error != kErrorServiceDoesNotExist) return error;
@@ -130,14 +123,16 @@ std::uint32_t FindUnit(sd_bus* bus, std::string& unit) {
   return ReadUnit(bus, unit, facts);
 }
 
-bool HasRunningDependents(sd_bus* bus, const std::string& unit) {
+bool HasRunningDependents(SystemBus* bus, const std::string& unit) {
   std::string path;
   if (LoadUnit(bus, unit, path) != 0) return false;
   for (const char* property : {"RequiredBy", "RequisiteOf", "BoundBy"}) {
     BusError error;
     TextList names;
-    if (sd_bus_get_property_strv(bus, kService, path.c_str(), kUnit, property, error.Out(), names.Out()) < 0)
+    if (bus->Library().bus_get_property_strv(bus->Get(), kService, path.c_str(), kUnit, property,
+                                             error.Out(bus->Library()), names.Out()) < 0) {
       continue;
+    }
     for (const std::string& name : names.Copy()) {
       UnitFacts facts;
       const bool is_service = name.ends_with(".service");
@@ -148,10 +143,10 @@ bool HasRunningDependents(sd_bus* bus, const std::string& unit) {
   return false;
 }
 
-std::uint32_t StartUnit(sd_bus* bus, const std::string& unit) noexcept {
+std::uint32_t StartUnit(SystemBus* bus, const std::string& unit) noexcept {
   return ChangeUnit(bus, "StartUnit", unit);
 }
-std::uint32_t StopUnit(sd_bus* bus, const std::string& unit) noexcept {
+std::uint32_t StopUnit(SystemBus* bus, const std::string& unit) noexcept {
   return ChangeUnit(bus, "StopUnit", unit);
 }
 

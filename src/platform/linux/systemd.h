@@ -11,20 +11,20 @@
 namespace velmora::os {
 
 /// Whether the service manager is on the bus.
-bool HasServiceManager(sd_bus* bus) noexcept;
+bool HasServiceManager(SystemBus* bus) noexcept;
 
 /// Replaces `unit` by the name of the unit that is meant: itself, or the one that differs only in letter
 /// case.
-std::uint32_t FindUnit(sd_bus* bus, std::string& unit);
+std::uint32_t FindUnit(SystemBus* bus, std::string& unit);
 
 /// Asks for the present facts of `unit`.
-std::uint32_t ReadUnit(sd_bus* bus, const std::string& unit, UnitFacts& facts);
+std::uint32_t ReadUnit(SystemBus* bus, const std::string& unit, UnitFacts& facts);
 
 /// Whether another service that runs needs this one.
-bool HasRunningDependents(sd_bus* bus, const std::string& unit);
+bool HasRunningDependents(SystemBus* bus, const std::string& unit);
 
 /// Has the unit started or stopped and returns as soon as the job has been accepted.
-std::uint32_t StartUnit(sd_bus* bus, const std::string& unit) noexcept;
-std::uint32_t StopUnit(sd_bus* bus, const std::string& unit) noexcept;
+std::uint32_t StartUnit(SystemBus* bus, const std::string& unit) noexcept;
+std::uint32_t StopUnit(SystemBus* bus, const std::string& unit) noexcept;
 
 }  // namespace velmora::os

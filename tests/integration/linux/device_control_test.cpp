@@ -175,7 +175,7 @@ TEST(BluetoothReset, GoesThroughTheServiceThatKnowsTheAdapter) {
   bluez.Call("org.bluez.Mock", "AddAdapter", {"hci0", "test machine"});
   const BusObject adapter{"org.bluez", "/org/bluez/hci0", "org.bluez.Adapter1"};
   std::vector<int> states;
-  ASSERT_GE(sd_bus_match_signal(bluez.Connection(), nullptr, adapter.service, adapter.path,
+  ASSERT_GE(sd_bus_match_signal(bluez.Connection()->Get(), nullptr, adapter.service, adapter.path,
                                 "org.freedesktop.DBus.Properties", "PropertiesChanged", NotePowered, &states),
             0);
 
@@ -184,7 +184,7 @@ TEST(BluetoothReset, GoesThroughTheServiceThatKnowsTheAdapter) {
   root.Write((kUsbDevice / "authorized").string(), "untouched");
   EXPECT_EQ(ResetBluetoothAdapter(root.Path(), "hci0"), 0u);
   EXPECT_EQ(ReadBusFlag(bluez.Connection(), adapter, "Powered"), true);
-  while (sd_bus_process(bluez.Connection(), nullptr) > 0) {
+  while (sd_bus_process(bluez.Connection()->Get(), nullptr) > 0) {
   }
   EXPECT_EQ(states, (std::vector<int>{0, 1}));
   EXPECT_EQ(TextOf(root.Path() / kUsbDevice / "authorized"), "untouched");

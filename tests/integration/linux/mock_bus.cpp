@@ -97,20 +97,23 @@ MockService::MockService(const std::string& bus_template, std::string name, std:
 
 std::string MockService::Call(const char* interface, const char* method,
                               std::initializer_list<const char*> texts) const {
+  const SystemdLibrary& library = bus_->Library();
   sd_bus_message* made = nullptr;
-  if (sd_bus_message_new_method_call(bus_.get(), &made, name_.c_str(), path_.c_str(), interface, method) <
-      0) {
+  if (library.bus_message_new_method_call(bus_->Get(), &made, name_.c_str(), path_.c_str(), interface,
+                                          method) < 0) {
     throw std::runtime_error("no message");
   }
-  const BusMessage message(made);
-  for (const char* text : texts) sd_bus_message_append(made, "s", text);
+  const BusMessage message(library, made);
+  for (const char* text : texts) message.Append("s", text);
   BusError error;
   sd_bus_message* got = nullptr;
-  const int result = sd_bus_call(bus_.get(), made, 0, error.Out(), &got);
-  const BusMessage reply(got);
-  if (result < 0) throw std::runtime_error(std::string(method) + ": " + error.Out()->message);
+  const int result = library.bus_call(bus_->Get(), made, 0, error.Out(library), &got);
+  const BusMessage reply(library, got);
+  if (result < 0) throw std::runtime_error(std::string(method) + ": " + error.Message());
   const char* text = "";
-  if (sd_bus_message_has_signature(got, "s") > 0) sd_bus_message_read(got, "s", &text);
+  char type = 0;
+  const char* contents = nullptr;
+  if (reply.PeekType(type, contents) > 0 && type == 's') reply.ReadBasic('s', &text);
   return text;
 }
 

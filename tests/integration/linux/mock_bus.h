@@ -2,7 +2,6 @@
 #pragma once
 
 #include <sys/types.h>
-#include <systemd/sd-bus.h>
 
 #include <initializer_list>
 #include <string>
@@ -70,7 +69,7 @@ class MockService {
   std::string Call(const char* interface, const char* method,
                    std::initializer_list<const char*> texts = {}) const;
 
-  sd_bus* Connection() const { return bus_.get(); }
+  SystemBus* Connection() const { return bus_.get(); }
 
  private:
   HelperProgram program_;

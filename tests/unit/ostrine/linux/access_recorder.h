@@ -36,6 +36,13 @@ class AccessRecorder {
   /// Paths, below the folder, of the files (not folders) that were opened since the last call.
   std::set<std::string> Opened() {
     std::set<std::string> opened;
+    for (const auto& [path, times] : TimesOpened()) opened.insert(path);
+    return opened;
+  }
+
+  /// The same with how often each was opened; a file that is opened and not read counts once.
+  std::map<std::string, int> TimesOpened() {
+    std::map<std::string, int> opened;
     alignas(inotify_event) std::array<char, 65536> buffer;
     for (;;) {
       const ssize_t size = read(descriptor_, buffer.data(), buffer.size());
@@ -44,9 +51,9 @@ class AccessRecorder {
         inotify_event event{};
         std::memcpy(&event, buffer.data() + at, sizeof event);
         EXPECT_EQ(event.mask & IN_Q_OVERFLOW, 0u) << "accesses were lost";
-        if ((event.mask & IN_ISDIR) == 0 && event.len != 0) {
+        if ((event.mask & IN_ISDIR) == 0 && (event.mask & IN_OPEN) != 0 && event.len != 0) {
           const auto path = folders_[event.wd] / (buffer.data() + at + sizeof event);
-          opened.insert(path.lexically_relative(folder_).string());
+          ++opened[path.lexically_relative(folder_).string()];
         }
         at += sizeof event + event.len;
       }

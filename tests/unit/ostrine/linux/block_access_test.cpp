@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "access_recorder.h"
 #include "disk_tree.h"
@@ -66,6 +69,38 @@ TEST_F(DiskAccess, OpensOnlyAttributesThatTheKernelAnswersFromMemory) {
   AskEverything(tree_);
   for (const std::string& path : recorder.Opened()) {
     EXPECT_TRUE(kHarmless.contains(std::filesystem::path(path).filename().string())) << path;
+  }
+}
+
+/// Asks, and holds it to opening no file twice, nor any of another disk.
+template <class Ask>
+void ExpectShortQuestion(test::AccessRecorder& recorder, const std::string& disk, Ask&& ask) {
+  recorder.Opened();
+  ask();
+  for (const auto& [path, times] : recorder.TimesOpened()) {
+    EXPECT_EQ(times, 1) << path;
+    const bool is_own = path.starts_with("sys/devices/" + disk) || path == "proc/self/mountinfo";
+    EXPECT_TRUE(is_own) << path;
+  }
+}
+
+TEST_F(DiskAccess, LooksAtEachFactOnceForAQuestion) {
+  const std::vector<std::string> names = DiskNames(tree_.Path());
+  test::AccessRecorder recorder(tree_.Path());
+  for (std::uint32_t number = 0; number < names.size(); ++number) {
+    SCOPED_TRACE(names[number]);
+    const std::string device = names[number].starts_with("nvme") ? test::kNvmeController
+                               : names[number] == "sda"          ? test::kSataTarget
+                                                                 : test::kUsbTarget;
+    std::optional<std::uint64_t> handle;
+    ExpectShortQuestion(recorder, device, [&] { handle = OpenBlockDisk(tree_.Path(), number); });
+    ASSERT_TRUE(handle);
+    for (const DiskFact fact : kTexts) {
+      ExpectShortQuestion(recorder, device, [&] { ReadBlockText(tree_.Path(), *handle, fact); });
+    }
+    for (const DiskFact fact : kNumbers) {
+      ExpectShortQuestion(recorder, device, [&] { ReadBlockNumber(tree_.Path(), *handle, fact); });
+    }
   }
 }
 

@@ -99,7 +99,7 @@ TEST(BusConnection, GivesABusUpThatDoesNotGreet) {
 
   const auto start = std::chrono::steady_clock::now();
   const BusConnection bus(machine.Path(), std::chrono::milliseconds(200));
-  EXPECT_EQ(bus.NewCall({"org.example", "/", "org.example", "Call"}), nullptr);
+  EXPECT_FALSE(bus.NewCall({"org.example", "/", "org.example", "Call"}));
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
   close(listener);
 }
@@ -107,8 +107,8 @@ TEST(BusConnection, GivesABusUpThatDoesNotGreet) {
 TEST(BusConnection, IsNoneWithoutABus) {
   const test::FakeMachine machine;
   const BusConnection bus(machine.Path());
-  EXPECT_EQ(bus.NewCall({"org.example", "/", "org.example", "Call"}), nullptr);
-  EXPECT_EQ(bus.Call({}), nullptr);
+  EXPECT_FALSE(bus.NewCall({"org.example", "/", "org.example", "Call"}));
+  EXPECT_FALSE(bus.Call({}));
 }
 
 }  // namespace

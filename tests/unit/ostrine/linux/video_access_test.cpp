@@ -98,6 +98,24 @@ TEST_F(VideoAccess, LooksAtTheConnectorsOnceTheCardIsAwake) {
   EXPECT_TRUE(OpenedOfSleepingCard(recorder).contains("drm/card0/card0-DP-2/status"));
 }
 
+TEST_F(VideoAccess, LooksAtEachFactOfTheDisplayOnceForAQuestion) {
+  test::AccessRecorder recorder(tree_.Path());
+  const auto expect_once = [&] {
+    const auto opened = recorder.TimesOpened();
+    EXPECT_TRUE(opened.contains("sys/devices/" + test::kIntelPlace + "/drm/card1/card1-eDP-1/enabled"));
+    for (const auto& [path, times] : opened) {
+      // A card's sleep is a fact of each of its connectors.
+      EXPECT_TRUE(times == 1 || path.ends_with("power/runtime_status")) << path;
+    }
+  };
+  EXPECT_TRUE(ReadDisplaySize(tree_.Path()));
+  expect_once();
+  EXPECT_TRUE(ReadDisplayRate(tree_.Path()));
+  expect_once();
+  EXPECT_TRUE(ReadMonitorCaption(tree_.Path()));
+  expect_once();
+}
+
 TEST_F(VideoAccess, NeverOpensADeviceNodeOrAnythingThatWakesACardThatIsAwake) {
   test::AccessRecorder recorder(tree_.Path());
   AskEverything(tree_);
