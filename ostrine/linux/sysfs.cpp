@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <memory>
 #include <string>
@@ -41,6 +42,8 @@ class NamedEntry {
     if (entry_ >= 0) close(entry_);
   }
 
+  bool IsThere() const { return entry_ >= 0; }
+
   /// The name by which the kernel knows the entry; empty where it cannot be told.
   Path Name() const {
     if (entry_ < 0) return {};
@@ -56,7 +59,9 @@ class NamedEntry {
 /// `path` with every link resolved; empty when it leads nowhere or in circles. The kernel is asked first, as
 /// it needs one step where going through the path needs one for each of its parts.
 Path Resolve(const Path& path) {
-  Path name = NamedEntry(path).Name();
+  const NamedEntry entry(path);
+  if (!entry.IsThere() && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP)) return {};
+  Path name = entry.Name();
   if (!name.empty()) return name;
   std::error_code error;
   Path resolved = std::filesystem::canonical(path, error);
