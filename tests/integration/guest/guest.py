@@ -16,8 +16,8 @@ MODULES = ("nvme", "ahci", "sd_mod", "xhci-pci", "usb-storage", "usbhid", "hid-g
            "ac", "e1000e", "snd-hda-codec-generic", "snd-hda-intel", "mac80211_hwsim")
 TIME_LIMIT = 400  # seconds; an idle machine needs a tenth
 # What a kernel does for safety, or to know more of the machine, takes an emulated processor several times as long.
-KERNEL_OPTIONS = ("console=ttyS0", "quiet", "loglevel=3", "panic=-1", "mitigations=off", "init_on_alloc=0", "rodata=off",
-                  "lsm=", "audit=0", "cryptomgr.notests")
+KERNEL_OPTIONS = ("console=ttyS0", "quiet", "loglevel=3", "panic=-1", "mitigations=off", "init_on_alloc=0",
+                  "rodata=off", "lsm=", "audit=0", "cryptomgr.notests")
 # One thread for all processors needs no atomic steps; the plain firmware starts at once.
 MACHINE = ("-M", "q35", "-accel", "tcg,thread=single", "-bios", "qboot.rom", "-no-reboot", "-nodefaults",
            "-display", "none")
