@@ -56,7 +56,7 @@ while [ $waited -lt 100 ] && ! joined; do
 done
 joined"""
 
-SWITCH_OFF = "for switch in /sys/class/rfkill/*/soft; do echo 1 >$switch; done\nkillall hostapd"
+SWITCH_OFF = "for switch in /sys/class/rfkill/*/soft; do echo 1 >\"$switch\"; done\nkillall hostapd"
 
 
 def while_scanning(command):
