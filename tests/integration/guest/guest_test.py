@@ -3,6 +3,7 @@ import unittest
 
 from repair_test import Repair  # noqa: F401
 from report_test import Report  # noqa: F401
+from wifi_test import Wifi  # noqa: F401
 
 if __name__ == "__main__":
     unittest.main()

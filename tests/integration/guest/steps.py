@@ -4,6 +4,7 @@ import tempfile
 from pathlib import Path
 
 import guest
+import radios
 from machine import CODEC, DISPLAY, HUB, NETWORK_CARD, STICK_CONTROLLER, parts_of
 
 # Each network interface that stands on the PCI bus: its number, which the kernel gives to no other after it, its
@@ -33,18 +34,21 @@ def from_stick(command):
     return "chroot /stick " + command
 
 
+REPORT_ALL = " ".join(["velmora-report --json", *(f"--network '{point.ssid}'" for point in radios.ALL)])
 RESCAN = "velmora-report --json repair rescan"
 DONE, FAILED, REFUSED = 0, 1, 3
 
 # Name, script, and the status that it has to end with.
 STEPS = (
-    ("report", "velmora-report --json", DONE),
+    ("serve two networks", radios.SERVE, DONE),
+    ("join the first network", radios.JOIN, DONE),
+    ("report", radios.while_scanning(REPORT_ALL), DONE),
     ("cards", CARDS, DONE),
     ("plan to uninstall the card", repair("uninstall", "wireless", NETWORK_CARD), DONE),
     ("cards after the plan", CARDS, DONE),
     ("uninstall the card", repair("uninstall", "wireless", NETWORK_CARD, "--yes"), DONE),
     ("cards without the card", CARDS, DONE),
-    ("switch the radios off", "for switch in /sys/class/rfkill/*/soft; do echo 1 >$switch; done", DONE),
+    ("switch the radios off", radios.SWITCH_OFF, DONE),
     ("report without the card", "velmora-report --json", DONE),
     ("uninstall the card again", repair("uninstall", "wireless", NETWORK_CARD, "--yes"), FAILED),
     ("plan to rescan", RESCAN, DONE),
@@ -76,7 +80,8 @@ def attempt():
     with tempfile.TemporaryDirectory(prefix="velmora-guest-") as name:
         folder = Path(name)
         image = guest.Image(folder)
-        image.add_program(guest.REPORT)
+        for program in (guest.REPORT, *radios.PROGRAMS):
+            image.add_program(program)
         image.strip()
         for step, script, _ in STEPS:
             image.add_step(step, script)
