@@ -26,4 +26,7 @@ std::optional<std::string> ReadAttribute(const std::filesystem::path& path);
 std::optional<std::vector<std::uint8_t>> ReadBytes(const char* path, std::size_t limit);
 std::optional<std::string> ReadAttribute(const char* path);
 
+/// The same for a path below an open folder.
+std::optional<std::string> ReadAttribute(int folder, const char* path);
+
 }  // namespace ostrine

@@ -2,11 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <memory>
+#include <climits>
 #include <string>
 #include <system_error>
 
@@ -27,95 +29,158 @@ std::optional<Number> Parse(std::string_view text, int base) {
   return number;
 }
 
-struct FolderCloser {
-  void operator()(DIR* folder) const noexcept { closedir(folder); }
-};
-
-/// An entry that is opened for its name alone: nothing is read, and no device is woken.
-class NamedEntry {
- public:
-  explicit NamedEntry(const Path& path) noexcept : entry_(open(path.c_str(), O_PATH | O_CLOEXEC)) {}
-  NamedEntry(const NamedEntry&) = delete;
-  NamedEntry& operator=(const NamedEntry&) = delete;
-  ~NamedEntry() {
-    if (entry_ >= 0) close(entry_);
-  }
-
-  /// The name by which the kernel knows the entry; empty where it cannot be told.
-  Path Name() const {
-    if (entry_ < 0) return {};
-    std::error_code error;
-    Path name = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(entry_), error);
-    return error ? Path() : name;
-  }
-
- private:
-  int entry_;
-};
-
-/// `path` with every link resolved; empty when it leads nowhere or in circles. The kernel is asked first, as
-/// it needs one step where going through the path needs one for each of its parts.
-Path Resolve(const Path& path) {
-  Path name = NamedEntry(path).Name();
-  if (!name.empty()) return name;
-  std::error_code error;
-  Path resolved = std::filesystem::canonical(path, error);
-  return error ? Path() : resolved;
+std::optional<std::uint32_t> ParseHex(std::string_view digits) {
+  if (digits.starts_with("0x")) digits.remove_prefix(2);
+  return Parse<std::uint32_t>(digits, 16);
 }
 
-}  // namespace
-
-std::vector<std::string> EntryNames(const Path& folder, std::string_view start, std::size_t limit) {
-  std::vector<std::string> names;
-  const std::unique_ptr<DIR, FolderCloser> open(opendir(folder.c_str()));
-  if (!open) return names;
-  std::size_t seen = 0;
-  while (const dirent* const entry = readdir(open.get())) {
-    const std::string_view name = entry->d_name;
-    if (name == "." || name == "..") continue;
-    if (++seen > limit) break;
-    if (name.starts_with(start)) names.emplace_back(name);
-  }
-  std::sort(names.begin(), names.end(), ComesBefore);
-  return names;
-}
-
-std::string CleanAttribute(const Path& path) {
-  std::string text = ReadAttribute(path).value_or(std::string());
+std::string Cleaned(std::optional<std::string> attribute) {
+  std::string text = std::move(attribute).value_or(std::string());
   std::erase_if(text, IsControl);
   text.erase(text.find_last_not_of(' ') + 1);
   text.erase(0, text.find_first_not_of(' '));
   return text;
 }
 
+/// Where the link `path` points; empty for anything that is not a link.
+std::string TargetOf(int folder, const char* path) {
+  std::array<char, PATH_MAX> target;
+  const ssize_t size = readlinkat(folder, path, target.data(), target.size());
+  // One that fills the room may have been cut.
+  if (size <= 0 || static_cast<std::size_t>(size) >= target.size()) return {};
+  return {target.data(), static_cast<std::size_t>(size)};
+}
+
+std::string LastPart(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
+bool IsThere(int folder, const char* path) {
+  struct stat status{};
+  return fstatat(folder, path, &status, 0) == 0;
+}
+
+/// A file descriptor, which may be none.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) noexcept : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+
+  int Number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+/// `path` with every link resolved; empty when it leads nowhere or in circles. The kernel is asked first, as
+/// it needs one step where going through the path needs one for each of its parts. The entry is opened for
+/// its name alone: nothing is read, and no device is woken.
+Path Resolve(const Path& path) {
+  const Descriptor entry(open(path.c_str(), O_PATH | O_CLOEXEC));
+  if (entry.Number() < 0) return {};
+  std::string name = TargetOf(AT_FDCWD, ("/proc/self/fd/" + std::to_string(entry.Number())).c_str());
+  if (!name.empty()) return name;
+  std::error_code error;
+  Path resolved = std::filesystem::canonical(path, error);
+  return error ? Path() : resolved;
+}
+
+int OpenFolder(const Path& path) noexcept {
+  return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+}
+
+std::vector<std::string> NamesIn(int folder, std::string_view start, std::size_t limit) {
+  constexpr std::size_t kRoom = 32768;
+  alignas(dirent64) std::array<char, kRoom> entries;
+  std::vector<std::string> names;
+  std::size_t seen = 0;
+  for (;;) {
+    const ssize_t size = folder < 0 ? 0 : getdents64(folder, entries.data(), entries.size());
+    if (size <= 0 || seen > limit) break;
+    for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+      const auto* const entry = reinterpret_cast<const dirent64*>(entries.data() + at);
+      at += entry->d_reclen;
+      const std::string_view name = entry->d_name;
+      if (name == "." || name == "..") continue;
+      if (++seen > limit) break;
+      if (name.starts_with(start)) names.emplace_back(name);
+    }
+  }
+  std::sort(names.begin(), names.end(), ComesBefore);
+  return names;
+}
+
+}  // namespace
+
+Folder::Folder(Path path) : path_(std::move(path)), descriptor_(OpenFolder(path_)) {}
+
+Folder::~Folder() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+std::vector<std::string> Folder::EntryNames(std::string_view start) {
+  if (is_listed_ && descriptor_ >= 0) lseek(descriptor_, 0, SEEK_SET);
+  is_listed_ = true;
+  return NamesIn(descriptor_, start, kEntryLimit);
+}
+
+std::optional<std::string> Folder::ReadAttribute(const std::string& name) const {
+  if (descriptor_ < 0) return std::nullopt;
+  return ostrine::ReadAttribute(descriptor_, name.c_str());
+}
+
+std::string Folder::CleanAttribute(const std::string& name) const { return Cleaned(ReadAttribute(name)); }
+
+std::optional<std::int64_t> Folder::NumberAttribute(const std::string& name) const {
+  return Parse<std::int64_t>(CleanAttribute(name), 10);
+}
+
+std::optional<std::uint32_t> Folder::HexAttribute(const std::string& name) const {
+  return ParseHex(CleanAttribute(name));
+}
+
+std::string Folder::LinkTarget(const std::string& name) const {
+  return descriptor_ < 0 ? std::string() : TargetOf(descriptor_, name.c_str());
+}
+
+std::string Folder::LinkName(const std::string& name) const { return LastPart(LinkTarget(name)); }
+
+bool Folder::Exists(const std::string& name) const {
+  return descriptor_ >= 0 && IsThere(descriptor_, name.c_str());
+}
+
+Path Folder::ResolveBelow(const std::string& name, const Path& folder) const {
+  return ostrine::ResolveBelow(path_ / name, folder);
+}
+
+std::vector<std::string> EntryNames(const Path& folder, std::string_view start, std::size_t limit) {
+  const Descriptor opened(OpenFolder(folder));
+  return NamesIn(opened.Number(), start, limit);
+}
+
+std::string CleanAttribute(const Path& path) { return Cleaned(ReadAttribute(path)); }
+
 std::optional<std::int64_t> NumberAttribute(const Path& path) {
   return Parse<std::int64_t>(CleanAttribute(path), 10);
 }
 
-std::optional<std::uint32_t> HexAttribute(const Path& path) {
-  const std::string text = CleanAttribute(path);
-  std::string_view digits = text;
-  if (digits.starts_with("0x")) digits.remove_prefix(2);
-  return Parse<std::uint32_t>(digits, 16);
-}
+std::optional<std::uint32_t> HexAttribute(const Path& path) { return ParseHex(CleanAttribute(path)); }
 
-std::string LinkName(const Path& path) {
-  std::error_code error;
-  const Path target = std::filesystem::read_symlink(path, error);
-  return error ? std::string() : target.filename().string();
-}
+std::string LinkName(const Path& path) { return LastPart(TargetOf(AT_FDCWD, path.c_str())); }
 
 Path ResolveBelow(const Path& path, const Path& folder) {
-  const Path resolved = Resolve(path);
-  if (resolved.empty()) return {};
-  const auto ends = std::mismatch(folder.begin(), folder.end(), resolved.begin(), resolved.end());
-  return ends.first == folder.end() ? resolved : Path();
+  Path resolved = Resolve(path);
+  std::string_view bounds = folder.native();
+  if (bounds.ends_with('/')) bounds.remove_suffix(1);
+  const std::string_view name = resolved.native();
+  const bool is_below =
+      name.starts_with(bounds) && (name.size() == bounds.size() || name[bounds.size()] == '/');
+  return is_below ? resolved : Path();
 }
 
-bool Exists(const Path& path) {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
-}
+bool Exists(const Path& path) { return IsThere(AT_FDCWD, path.c_str()); }
 
 std::string LineValue(std::string_view text, std::string_view key) {
   while (!text.empty()) {

@@ -39,6 +39,33 @@ Path ResolveBelow(const Path& path, const Path& folder);
 
 bool Exists(const Path& path);
 
+/// A folder that is opened once, for those who look at many things below it: what the functions above do, for
+/// paths that begin at the folder ("0000:00:02.0/driver"). One that cannot be opened has nothing in it.
+class Folder {
+ public:
+  explicit Folder(Path path);
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder();
+
+  std::vector<std::string> EntryNames(std::string_view start = {});
+  std::optional<std::string> ReadAttribute(const std::string& name) const;
+  std::string CleanAttribute(const std::string& name) const;
+  std::optional<std::int64_t> NumberAttribute(const std::string& name) const;
+  std::optional<std::uint32_t> HexAttribute(const std::string& name) const;
+  std::string LinkName(const std::string& name) const;
+  bool Exists(const std::string& name) const;
+  Path ResolveBelow(const std::string& name, const Path& folder) const;
+
+  /// What the link says, which may begin anywhere; empty for anything that is not a link.
+  std::string LinkTarget(const std::string& name) const;
+
+ private:
+  Path path_;
+  int descriptor_;
+  bool is_listed_ = false;
+};
+
 /// Value of `key` in a text of lines "KEY=value", as `uevent` has them.
 std::string LineValue(std::string_view text, std::string_view key);
 
