@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "ostrine/common/id_list.h"
+#include "ostrine/linux/list_file.h"
 #include "ostrine/linux/sysfs.h"
 
 namespace ostrine {
@@ -36,18 +38,25 @@ class NameDatabase {
   struct Closer {
     void operator()(sd_hwdb* database) const { sd_hwdb_unref(database); }
   };
-  /// A list of names that has been looked for; without bytes where there is none.
-  using List = std::optional<std::vector<std::uint8_t>>;
+  /// A list of names that has been looked for.
+  struct List {
+    explicit List(const char* file) : file_name(file) {}
+    const char* file_name;
+    Path path;  ///< once it was looked for; empty where there is none
+    std::unique_ptr<ListFile> pieces;
+    std::optional<std::vector<std::uint8_t>> whole;  ///< once it was needed
+    bool is_tried = false;
+  };
 
   DatabaseNames FromHardwareDatabase(const std::string& modalias);
   DatabaseNames FromLists(const std::string& modalias);
-  const std::vector<std::uint8_t>& Loaded(List& list, const char* name) const;
+  FoundNames FindIn(List& list, const ListedNumbers& numbers) const;
 
   Path root_;
   std::unique_ptr<sd_hwdb, Closer> database_;
   bool is_database_tried_ = false;
-  List pci_list_;
-  List usb_list_;
+  List pci_list_{"pci.ids"};
+  List usb_list_{"usb.ids"};
 };
 
 }  // namespace ostrine
