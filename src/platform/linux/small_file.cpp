@@ -1,5 +1,6 @@
 #include "platform/linux/small_file.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -8,7 +9,6 @@
 #include <charconv>
 
 #include "platform/linux/descriptor.h"
-#include "platform/linux/folder.h"
 
 namespace velmora::os {
 namespace {
@@ -23,6 +23,28 @@ Descriptor OpenRegular(const std::filesystem::path& path, int access) {
     return {};
   }
   return file;
+}
+
+/// Calls `use` with each name in the folder, but "." and ".."; false, with errno, when it cannot be read.
+template <class Use>
+bool ForEachName(const char* path, Use use) {
+  const Descriptor folder(open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
+  if (!folder) return false;
+  constexpr std::size_t kRoom = 32768;
+  alignas(dirent64) char entries[kRoom];
+  for (;;) {
+    const ssize_t size = getdents64(folder.Number(), entries, sizeof entries);
+    if (size <= 0) return size == 0;
+    const std::size_t left = sizeof entries - static_cast<std::size_t>(size);
+    for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+      const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
+      at += entry->d_reclen;
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") use(name);
+    }
+    // Of sysfs each read gives as much as fits: one that leaves room for any further entry is the last.
+    if (left > sizeof(dirent64)) return true;
+  }
 }
 
 }  // namespace
@@ -48,7 +70,21 @@ std::optional<std::string> ReadSmallFile(const std::filesystem::path& path) {
 }
 
 std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
-  auto text = ReadSmallFile(path);
+  return ReadAttribute(path.native());
+}
+
+std::optional<std::string> ReadAttribute(const std::string& path) {
+  {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file) return std::nullopt;
+    // Nearly all are a few bytes with a newline at their end. What is so need not be asked whether it is a
+    // file: the kernel refuses to read a pipe or terminal at a place.
+    char line[1024];
+    const ssize_t size = pread(file.Number(), line, sizeof line, 0);
+    const bool is_whole = size > 0 && static_cast<std::size_t>(size) < sizeof line && line[size - 1] == '\n';
+    if (is_whole) return std::string(line, static_cast<std::size_t>(size) - 1);
+  }
+  auto text = ReadSmallFile(std::filesystem::path(path));
   if (text && text->ends_with('\n')) text->pop_back();
   return text;
 }
@@ -75,16 +111,13 @@ bool WriteExisting(const std::filesystem::path& path, std::string_view text) {
 }
 
 std::optional<std::vector<std::string>> ListNames(const std::filesystem::path& path) {
-  const Folder folder(opendir(path.c_str()));
-  if (!folder) return std::nullopt;
+  return ListNames(path.native());
+}
+
+std::optional<std::vector<std::string>> ListNames(const std::string& path) {
   std::vector<std::string> names;
-  errno = 0;
-  while (const dirent* entry = readdir(folder.get())) {
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") names.emplace_back(name);
-    errno = 0;
-  }
-  if (errno != 0) return std::nullopt;
+  if (!ForEachName(path.c_str(), [&](std::string_view name) { names.emplace_back(name); }))
+    return std::nullopt;
   std::sort(names.begin(), names.end());
   return names;
 }
