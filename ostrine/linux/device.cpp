@@ -36,29 +36,39 @@ std::vector<Device> WithPortsJoinedToFirmware(std::vector<Device> devices) {
 
 using Classes = std::initializer_list<SetupClass>;
 
-/// The classes that a bus can have devices of, where those are few. The firmware's devices above all are
-/// many, and not looked through for a class that none of them has.
+/// The classes that a bus can have devices of. The firmware's devices above all are many, and not looked
+/// through for a class that none of them has.
+constexpr Classes kPciClasses = {SetupClass::kNet,     SetupClass::kBluetooth, SetupClass::kMedia,
+                                 SetupClass::kDisplay, SetupClass::kUsb,       SetupClass::kSystem,
+                                 SetupClass::kNone};
+constexpr Classes kUsbClasses = {SetupClass::kNet,       SetupClass::kBluetooth, SetupClass::kMedia,
+                                 SetupClass::kBiometric, SetupClass::kUsb,       SetupClass::kNone};
 constexpr Classes kAudioClasses = {SetupClass::kMedia, SetupClass::kNone};
 constexpr Classes kInputClasses = {SetupClass::kKeyboard, SetupClass::kNone};
 constexpr Classes kFirmwareClasses = {SetupClass::kSystem, SetupClass::kKeyboard, SetupClass::kBiometric,
                                       SetupClass::kNone};
+constexpr Classes kVirtioClasses = {SetupClass::kNet, SetupClass::kDisplay, SetupClass::kMedia,
+                                    SetupClass::kNone};
 
 /// Devices of all buses that can have what is wanted, which is one class or all.
 std::vector<Device> ListBuses(const Path& root, std::optional<SetupClass> wanted) {
   const auto may_have = [&](Classes classes) {
     return !wanted || std::find(classes.begin(), classes.end(), *wanted) != classes.end();
   };
-  std::vector<Device> devices;
-  AppendPciDevices(root, devices);
-  AppendUsbDevices(root, devices);
-  if (may_have(kAudioClasses)) AppendHdAudioDevices(root, devices);
-  if (may_have(kInputClasses)) AppendHidDevices(root, devices);
-  if (may_have(kFirmwareClasses)) {
-    AppendSerioDevices(root, devices);
-    AppendAcpiDevices(root, devices);
+  Listing listing{.root = root, .wanted = wanted};
+  if (may_have(kPciClasses)) {
+    ListParavirtual(listing);
+    AppendPciDevices(listing);
   }
-  AppendVirtioDevices(root, devices);
-  return WithPortsJoinedToFirmware(std::move(devices));
+  if (may_have(kUsbClasses)) AppendUsbDevices(listing);
+  if (may_have(kAudioClasses)) AppendHdAudioDevices(listing);
+  if (may_have(kInputClasses)) AppendHidDevices(listing);
+  if (may_have(kFirmwareClasses)) {
+    AppendSerioDevices(listing);
+    AppendAcpiDevices(listing);
+  }
+  if (may_have(kVirtioClasses)) AppendVirtioDevices(listing);
+  return WithPortsJoinedToFirmware(std::move(listing.devices));
 }
 
 }  // namespace
