@@ -77,7 +77,6 @@ class Search {
   bool in_device_ = false;
 };
 
-/// A line that is neither empty nor a comment.
 struct ListLine {
   std::size_t next = 0;  ///< where the line behind it begins
   std::size_t start = 0;
@@ -100,24 +99,23 @@ class Halving {
 
   /// The first line of the part that is at most so deep.
   std::optional<ListLine> NextLine(ListPart part, std::size_t deepest) {
+    std::string_view piece;
     while (part.Size() > 0) {
-      std::string_view piece = list_.From(part.start);
+      const bool is_asked_for = piece.empty();
+      if (is_asked_for) piece = list_.From(part.start);
       if (piece.empty()) break;
-      // Lines that are not in the piece as a whole are asked for again, but for the list's last.
-      for (bool is_first = true; part.Size() > 0 && !piece.empty(); is_first = false) {
-        const std::size_t line_end = piece.find('\n');
-        if (line_end == std::string_view::npos && !is_first) break;
-        const std::size_t size = std::min(line_end, piece.size() - 1) + 1;
-        const std::size_t start = part.start;
-        part.start += size;
-        std::string_view rest = piece.substr(0, size);
-        piece.remove_prefix(size);
-        if (deepest < size && rest[deepest] == '\t' && DepthOf(rest) > deepest) continue;
-        const std::string_view text = TakeLine(rest);
-        if (text.empty() || text.front() == '#') continue;
-        const std::size_t depth = DepthOf(text);
-        if (depth <= deepest) return ListLine{part.start, start, depth, text.substr(depth)};
+      const std::size_t end = piece.find('\n');
+      if (end == std::string_view::npos && !is_asked_for) {
+        piece = {};  // not there as a whole; what was asked for is, or is the list's last
+        continue;
       }
+      const std::size_t size = std::min(end, piece.size() - 1) + 1;
+      if (!IsDeeper(piece.substr(0, size), deepest)) {
+        const ListLine line = ReadLine(piece.substr(0, size), part.start);
+        if (line.depth <= deepest) return line;
+      }
+      piece.remove_prefix(size);
+      part.start += size;
     }
     return std::nullopt;
   }
@@ -176,8 +174,21 @@ class Halving {
     std::uint16_t number = 0;
   };
 
-  static std::size_t DepthOf(std::string_view line) {
-    return std::min(line.find_first_not_of('\t'), line.size());
+  /// By its first characters, which tell it of most lines.
+  static bool IsDeeper(std::string_view line, std::size_t deepest) {
+    return line.size() > deepest &&
+           line.substr(0, deepest + 1).find_first_not_of('\t') == std::string_view::npos;
+  }
+
+  /// The line at `start`, of which `text` is all; deeper than any when it is empty or a comment.
+  static ListLine ReadLine(std::string_view text, std::size_t start) {
+    ListLine line{.next = start + text.size(), .start = start};
+    line.text = TakeLine(text);
+    const bool is_none = line.text.empty() || line.text.front() == '#';
+    line.depth =
+        is_none ? std::string_view::npos : std::min(line.text.find_first_not_of('\t'), line.text.size());
+    line.text.remove_prefix(std::min(line.depth, line.text.size()));
+    return line;
   }
 
   /// Looks for a number at the middle of the part, or not too far from it: some have so much below them that

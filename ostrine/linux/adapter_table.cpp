@@ -53,6 +53,21 @@ class Cards {
   std::vector<std::wstring> friendly_;
 };
 
+WqlValue PropertyOf(Cards& cards, std::size_t index, const std::string& interface,
+                    std::wstring_view property) {
+  const auto is = [&](std::wstring_view name) { return EqualIgnoringCase(property, name); };
+  const Device& card = cards.At(index);
+  const Path folder = card.function / "net" / interface;
+  if (is(L"Name")) return cards.Name(index);
+  if (is(L"Description")) return cards.Description(index);
+  if (is(L"MACAddress")) return HardwareAddress(folder);
+  if (is(L"GUID")) return WideFromUtf8(velmora::GuidText(velmora::InterfaceGuid(interface)));
+  if (is(L"AdapterType")) return AdapterType(folder);
+  if (is(L"NetConnectionID")) return WideFromUtf8(interface);
+  if (is(L"PNPDeviceID")) return InstanceId(card);
+  return {};
+}
+
 }  // namespace
 
 void VisitNetworkAdapters(const Path& root, const WqlVisitor& visit) {
@@ -62,17 +77,8 @@ void VisitNetworkAdapters(const Path& root, const WqlVisitor& visit) {
     // A second interface of one card is the kernel's own addition; the card is one adapter.
     const auto interfaces = EntryNames(folder);
     if (interfaces.empty()) continue;
-    const std::string& interface = interfaces.front();
-    const auto row = [&](std::wstring_view property) -> WqlValue {
-      const auto is = [&](std::wstring_view name) { return EqualIgnoringCase(property, name); };
-      if (is(L"Name")) return cards.Name(i);
-      if (is(L"Description")) return cards.Description(i);
-      if (is(L"MACAddress")) return HardwareAddress(folder / interface);
-      if (is(L"GUID")) return WideFromUtf8(velmora::GuidText(velmora::InterfaceGuid(interface)));
-      if (is(L"AdapterType")) return AdapterType(folder / interface);
-      if (is(L"NetConnectionID")) return WideFromUtf8(interface);
-      if (is(L"PNPDeviceID")) return InstanceId(cards.At(i));
-      return {};
+    const auto row = [&](std::wstring_view property) {
+      return PropertyOf(cards, i, interfaces.front(), property);
     };
     if (!visit(row)) return;
   }

@@ -4,8 +4,10 @@
 /// first, from the least that decides it, and looks no further at a device that is not asked for.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ostrine/linux/device.h"
@@ -47,11 +49,19 @@ struct Paravirtual {
 /// A listing in the making.
 struct Listing {
   Path root;
-  std::optional<SetupClass> wanted;  ///< nothing: all
+  std::optional<SetupClass> wanted;            ///< nothing: all
+  std::function<bool(const Device&)> is_last;  ///< of which device nothing behind it is wanted; none: of none
   std::vector<Paravirtual> paravirtual;
   std::vector<std::string> pci;  ///< addresses of the functions, in the order of their bytes
   std::vector<Device> devices;
 
+  bool is_done = false;  ///< the last of them is there
+
+  /// Adds a device of the buses that come first.
+  void Add(Device device) {
+    is_done = is_done || (is_last && is_last(device));
+    devices.push_back(std::move(device));
+  }
   bool Wants(SetupClass setup_class) const { return !wanted || *wanted == setup_class; }
 };
 

@@ -66,11 +66,15 @@ std::vector<std::wstring> DeviceQuery::HardwareIds() const {
 }
 
 DeviceQuery::Devices DeviceQuery::ListUpTo(LookUp by, std::wstring_view name, NameDatabase& names) const {
-  if (name.empty()) return {};
+  if (name.empty() || setup_class_ == SetupClass::kNone) return {};
+  if (by == LookUp::kHardwareId) {
+    const auto is_meant = [&](const Device& device) { return IsNamedBy(device, name); };
+    Devices devices = ListDevicesUpTo(root_, setup_class_, is_meant);
+    return devices.empty() || !is_meant(devices.back()) ? Devices() : devices;
+  }
   Devices devices = List();
   const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& device) {
-    return by == LookUp::kHardwareId ? IsNamedBy(device, name)
-                                     : EqualIgnoringCase(Describe(device, names), name);
+    return EqualIgnoringCase(Describe(device, names), name);
   });
   if (found == devices.end()) return {};
   devices.erase(found + 1, devices.end());

@@ -83,10 +83,11 @@ void AppendPciDevices(Listing& listing) {
   BusFolder bus(listing.root, "pci");
   listing.pci = bus.Addresses(Numbering::kHexadecimal);
   for (const std::string& address : listing.pci) {
+    if (listing.is_done) return;
     const PciFunction function(listing, bus, address);
     const auto setup_class = FindWantedClass(function.Modalias(), listing.wanted, function);
     if (!setup_class) continue;
-    if (auto device = function.Describe(*setup_class)) listing.devices.push_back(std::move(*device));
+    if (auto device = function.Describe(*setup_class)) listing.Add(std::move(*device));
   }
 }
 

@@ -154,7 +154,7 @@ class UsbDevice {
     device.modalias = modalias;
     device.ids = BuildDeviceIds({.modalias = modalias, .usb_composite = is_composite_});
     device.setup_class = setup_class;
-    if (!device.node.empty() && !device.ids.hardware.empty()) listing.devices.push_back(std::move(device));
+    if (!device.node.empty() && !device.ids.hardware.empty()) listing.Add(std::move(device));
   }
 
   bool IsFingerprintReader() {
@@ -184,6 +184,7 @@ void AppendUsbDevices(Listing& listing) {
   BusFolder bus(listing.root, "usb");
   const std::vector<std::string> all = bus.Addresses(Numbering::kDecimal);
   for (const std::string& address : all) {
+    if (listing.is_done) return;
     if (address.find(':') != std::string::npos) continue;  // an interface: it comes with its device
     // Every device gets its driver as it is plugged in; one that was taken from it is uninstalled.
     if (!bus.LinkName(address + "/driver").empty()) UsbDevice(bus, address, all).AppendTo(listing);

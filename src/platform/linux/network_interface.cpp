@@ -46,16 +46,19 @@ std::string TargetOf(const std::string& path) {
   return {target, static_cast<std::size_t>(size)};
 }
 
-bool IsEthernet(const std::string& folder) {
-  return ReadAttribute(folder + "type") == std::to_string(ARPHRD_ETHER);
-}
-
-Medium OwnMedium(const std::string& folder) {
-  if (Exists(folder + "phy80211") || Exists(folder + "wireless")) return Medium::kWireless;
-  if (!Exists(folder + "device")) return Medium::kNone;
-  const std::string uevent = ReadAttribute(folder + "uevent").value_or("");
+Medium OwnMedium(const std::string& folder_path) {
+  // Opened for its name alone, so that the way to it is gone but once.
+  const Descriptor folder(open(folder_path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  const auto has = [&](const char* name) {
+    struct stat status{};
+    return folder && fstatat(folder.Number(), name, &status, 0) == 0;
+  };
+  if (has("phy80211") || has("wireless")) return Medium::kWireless;
+  if (!has("device")) return Medium::kNone;
+  const std::string uevent = ReadAttribute(folder.Number(), "uevent").value_or("");
   if (KeyValue(uevent, "DEVTYPE") == "wwan") return Medium::kMobile;
-  return IsEthernet(folder) ? Medium::kWired : Medium::kNone;
+  const bool is_ethernet = ReadAttribute(folder.Number(), "type") == std::to_string(ARPHRD_ETHER);
+  return is_ethernet ? Medium::kWired : Medium::kNone;
 }
 
 Medium MediumBelow(const Path& root, const std::string& interface, int depth) {

@@ -13,16 +13,38 @@
 namespace velmora::os {
 namespace {
 
+/// Whether an open file is a regular one; errno tells why not.
+bool IsRegular(const Descriptor& file) {
+  struct stat status{};
+  if (fstat(file.Number(), &status) != 0) return false;
+  if (S_ISREG(status.st_mode)) return true;
+  errno = EACCES;
+  return false;
+}
+
 /// Opens without waiting: a pipe in the file's place must not hold the caller up.
 Descriptor OpenRegular(const std::filesystem::path& path, int access) {
   Descriptor file(open(path.c_str(), access | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  struct stat status{};
-  if (!file || fstat(file.Number(), &status) != 0) return {};
-  if (!S_ISREG(status.st_mode)) {
-    errno = EACCES;
-    return {};
-  }
+  if (!file || !IsRegular(file)) return {};
   return file;
+}
+
+std::optional<std::string> ReadAll(const Descriptor& file) {
+  std::string text;
+  char part[4096];
+  for (;;) {
+    const ssize_t count = read(file.Number(), part, sizeof part);
+    if (count == 0) return text;
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      return std::nullopt;
+    }
+    if (static_cast<std::size_t>(count) > kSmallFileLimit - text.size()) {
+      errno = EFBIG;
+      return std::nullopt;
+    }
+    text.append(part, static_cast<std::size_t>(count));
+  }
 }
 
 /// Calls `use` with each name in the folder, but "." and ".."; false, with errno, when it cannot be read.
@@ -51,40 +73,26 @@ bool ForEachName(const char* path, Use use) {
 
 std::optional<std::string> ReadSmallFile(const std::filesystem::path& path) {
   const Descriptor file = OpenRegular(path, O_RDONLY);
-  if (!file) return std::nullopt;
-  std::string text;
-  char part[4096];
-  for (;;) {
-    const ssize_t count = read(file.Number(), part, sizeof part);
-    if (count == 0) return text;
-    if (count < 0) {
-      if (errno == EINTR) continue;
-      return std::nullopt;
-    }
-    if (static_cast<std::size_t>(count) > kSmallFileLimit - text.size()) {
-      errno = EFBIG;
-      return std::nullopt;
-    }
-    text.append(part, static_cast<std::size_t>(count));
-  }
+  return file ? ReadAll(file) : std::nullopt;
 }
 
 std::optional<std::string> ReadAttribute(const std::filesystem::path& path) {
   return ReadAttribute(path.native());
 }
 
-std::optional<std::string> ReadAttribute(const std::string& path) {
-  {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file) return std::nullopt;
-    // Nearly all are a few bytes with a newline at their end. What is so need not be asked whether it is a
-    // file: the kernel refuses to read a pipe or terminal at a place.
-    char line[1024];
-    const ssize_t size = pread(file.Number(), line, sizeof line, 0);
-    const bool is_whole = size > 0 && static_cast<std::size_t>(size) < sizeof line && line[size - 1] == '\n';
-    if (is_whole) return std::string(line, static_cast<std::size_t>(size) - 1);
-  }
-  auto text = ReadSmallFile(std::filesystem::path(path));
+std::optional<std::string> ReadAttribute(const std::string& path) { return ReadAttribute(AT_FDCWD, path); }
+
+std::optional<std::string> ReadAttribute(int folder, const std::string& path) {
+  const Descriptor file(openat(folder, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!file) return std::nullopt;
+  // Nearly all are a few bytes with a newline at their end. What is so need not be asked whether it is a
+  // file: the kernel refuses to read a pipe or terminal at a place.
+  char line[1024];
+  const ssize_t size = pread(file.Number(), line, sizeof line, 0);
+  const bool is_whole = size > 0 && static_cast<std::size_t>(size) < sizeof line && line[size - 1] == '\n';
+  if (is_whole) return std::string(line, static_cast<std::size_t>(size) - 1);
+  if (!IsRegular(file)) return std::nullopt;
+  auto text = ReadAll(file);
   if (text && text->ends_with('\n')) text->pop_back();
   return text;
 }

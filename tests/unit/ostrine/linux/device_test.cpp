@@ -89,6 +89,14 @@ TEST_F(LookingForNetworkCards, OpensNothingForANameOrPropertyThatNoneHas) {
               testing::IsEmpty());
 }
 
+TEST_F(LookingForNetworkCards, LooksNoFurtherThanToTheOneWithTheHardwareId) {
+  const auto opened = OpenedBy(machine_, [&] {
+    EXPECT_NE(Query().Text(LookUp::kHardwareId, L"PCI\\VEN_8086&DEV_51F0", PROP_INSTANCE_ID), L"");
+  });
+  EXPECT_TRUE(opened.contains("sys/devices/pci0000:00/0000:00:14.3/modalias"));
+  EXPECT_FALSE(opened.contains("sys/devices/pci0000:00/0000:00:1f.6/modalias"));
+}
+
 TEST_F(LookingForNetworkCards, LooksUpNamesOnlyWhenANameIsAsked) {
   machine_.WriteFile("usr/share/misc/pci.ids", "8086  Intel\n\t51f0  AX211\n");
   const std::wstring id = L"PCI\\VEN_8086&DEV_51F0";
