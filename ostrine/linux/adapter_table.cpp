@@ -1,6 +1,7 @@
 #include <string>
 #include <vector>
 
+#include "ostrine/common/wql_text.h"
 #include "ostrine/linux/describe.h"
 #include "ostrine/linux/device_query.h"
 #include "ostrine/linux/file.h"
@@ -33,29 +34,51 @@ WqlValue AdapterType(const Path& interface) {
   return {};
 }
 
+/// The cards of one visit. Their names take longest to find out, and are so only when they are asked for.
+class Cards {
+ public:
+  explicit Cards(const Path& root) : names_(root), devices_(ListDevices(root, SetupClass::kNet)) {}
+
+  std::size_t Count() const { return devices_.size(); }
+  const Device& At(std::size_t index) const { return devices_[index]; }
+  std::wstring Description(std::size_t index) { return Describe(devices_[index], names_); }
+  const std::wstring& Name(std::size_t index) {
+    if (friendly_.empty()) friendly_ = FriendlyNames(devices_, names_);
+    return friendly_[index];
+  }
+
+ private:
+  NameDatabase names_;
+  std::vector<Device> devices_;
+  std::vector<std::wstring> friendly_;
+};
+
+WqlValue PropertyOf(Cards& cards, std::size_t index, const std::string& interface,
+                    std::wstring_view property) {
+  const auto is = [&](std::wstring_view name) { return EqualIgnoringCase(property, name); };
+  const Device& card = cards.At(index);
+  const Path folder = card.function / "net" / interface;
+  if (is(L"Name")) return cards.Name(index);
+  if (is(L"Description")) return cards.Description(index);
+  if (is(L"MACAddress")) return HardwareAddress(folder);
+  if (is(L"GUID")) return WideFromUtf8(velmora::GuidText(velmora::InterfaceGuid(interface)));
+  if (is(L"AdapterType")) return AdapterType(folder);
+  if (is(L"NetConnectionID")) return WideFromUtf8(interface);
+  if (is(L"PNPDeviceID")) return InstanceId(card);
+  return {};
+}
+
 }  // namespace
 
 void VisitNetworkAdapters(const Path& root, const WqlVisitor& visit) {
-  NameDatabase names(root);
-  const std::vector<Device> devices = ListDevices(root, SetupClass::kNet);
-  const std::vector<std::wstring> friendly = FriendlyNames(devices, names);
-  for (std::size_t i = 0; i < devices.size(); ++i) {
-    const Path folder = devices[i].function / "net";
+  Cards cards(root);
+  for (std::size_t i = 0; i < cards.Count(); ++i) {
+    const Path folder = cards.At(i).function / "net";
     // A second interface of one card is the kernel's own addition; the card is one adapter.
     const auto interfaces = EntryNames(folder);
     if (interfaces.empty()) continue;
-    const std::string& interface = interfaces.front();
     const auto row = [&](std::wstring_view property) {
-      const WqlRecord record{
-          {L"Name", friendly[i]},
-          {L"Description", Describe(devices[i], names)},
-          {L"MACAddress", HardwareAddress(folder / interface)},
-          {L"GUID", WideFromUtf8(velmora::GuidText(velmora::InterfaceGuid(interface)))},
-          {L"AdapterType", AdapterType(folder / interface)},
-          {L"NetConnectionID", WideFromUtf8(interface)},
-          {L"PNPDeviceID", InstanceId(devices[i])},
-      };
-      return FindProperty(record, property);
+      return PropertyOf(cards, i, interfaces.front(), property);
     };
     if (!visit(row)) return;
   }

@@ -19,25 +19,28 @@ std::string_view LastWord(std::string_view bitmap) {
 
 }  // namespace
 
-Path DevicesFolder(const Path& root) {
-  std::error_code error;
-  const Path folder = std::filesystem::canonical(root / "sys/devices", error);
-  return error ? Path() : folder;
+Path DevicesFolder(const Path& root) { return ResolveBelow(root / "sys/devices", "/"); }
+
+BusFolder::BusFolder(const Path& root, const char* bus)
+    : Folder((root == "/" ? "" : root.native()) + "/sys/bus/" + bus + "/devices"),
+      root_(root == "/" ? "" : root.native()) {}
+
+std::vector<std::string> BusFolder::Addresses(Numbering numbering) {
+  // Hexadecimal numbers have a fixed width, so that their bytes stand in their order.
+  return numbering == Numbering::kHexadecimal ? EntryNamesByBytes() : EntryNames();
 }
 
-std::vector<BusEntry> BusEntries(const Path& root, const char* bus, Numbering numbering) {
-  const Path devices = DevicesFolder(root);
-  std::vector<BusEntry> entries;
-  if (devices.empty()) return entries;
-  const Path folder = root / "sys/bus" / bus / "devices";
-  std::vector<std::string> names = EntryNames(folder);
-  // Hexadecimal numbers have a fixed width, so that their bytes stand in their order.
-  if (numbering == Numbering::kHexadecimal) std::sort(names.begin(), names.end());
-  for (std::string& name : names) {
-    Path node = ResolveBelow(folder / name, devices);
-    if (!node.empty()) entries.push_back({std::move(name), std::move(node)});
-  }
-  return entries;
+std::string BusFolder::ModaliasOf(const std::string& address) const {
+  if (auto modalias = ReadAttribute(address + "/modalias")) return *modalias;
+  return LineValue(ReadAttribute(address + "/uevent").value_or(std::string()), "MODALIAS");
+}
+
+Path BusFolder::NodeOf(const std::string& address) {
+  std::string name = ResolveBelow(address, std::string_view("/"));
+  // Without links in it, a name that begins so is in the folder; else that is the end of a link itself.
+  if (name.starts_with(root_ + "/sys/devices/")) return name;
+  if (!devices_) devices_ = DevicesFolder(root_.empty() ? "/" : root_).native() + "/";
+  return devices_->size() > 1 && name.starts_with(*devices_) ? name : std::string();
 }
 
 std::string ModaliasOf(const Path& node) {
@@ -64,57 +67,85 @@ Path FirstInput(const Path& node) {
   return names.empty() ? Path() : node / "input" / names.front();
 }
 
-void AppendHdAudioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "hdaudio", Numbering::kDecimal)) {
-    Device device{.bus = Device::Bus::kHdAudio, .address = std::move(entry.address), .node = entry.node};
-    device.function = entry.node;
-    device.modalias = ModaliasOf(entry.node);
-    device.ids = BuildDeviceIds(
-        {.modalias = device.modalias, .codec_subsystem = HexAttribute(entry.node / "subsystem_id")});
+void AppendHdAudioDevices(Listing& listing) {
+  BusFolder bus(listing.root, "hdaudio");
+  for (std::string& address : bus.Addresses(Numbering::kDecimal)) {
+    Device device{.bus = Device::Bus::kHdAudio, .modalias = bus.ModaliasOf(address)};
     device.setup_class = ClassifyDevice(device.modalias, {});
-    if (!device.ids.hardware.empty()) devices.push_back(std::move(device));
+    if (!listing.Wants(device.setup_class)) continue;
+    device.node = device.function = bus.NodeOf(address);
+    device.ids = BuildDeviceIds(
+        {.modalias = device.modalias, .codec_subsystem = bus.HexAttribute(address + "/subsystem_id")});
+    device.address = std::move(address);
+    if (!device.node.empty() && !device.ids.hardware.empty()) listing.devices.push_back(std::move(device));
   }
 }
 
-void AppendHidDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "hid", Numbering::kHexadecimal)) {
-    Device device{.bus = Device::Bus::kHid, .address = std::move(entry.address), .node = entry.node};
-    device.function = device.input = entry.node;
-    device.modalias = ModaliasOf(entry.node);
-    const Path parent = entry.node.parent_path();
+void AppendHidDevices(Listing& listing) {
+  BusFolder bus(listing.root, "hid");
+  for (std::string& address : bus.Addresses(Numbering::kHexadecimal)) {
+    Device device{.bus = Device::Bus::kHid, .node = bus.NodeOf(address)};
+    if (device.node.empty()) continue;
+    device.modalias = bus.ModaliasOf(address);
+    device.setup_class = ClassifyDevice(device.modalias, {.has_keyboard = HasKeyboard(device.node)});
+    if (!listing.Wants(device.setup_class)) continue;
+    device.address = std::move(address);
+    device.function = device.input = device.node;
+    const Path parent = device.node.parent_path();
     device.ids = BuildDeviceIds({.modalias = device.modalias,
                                  .parent_modalias = ModaliasOf(parent),
                                  .usb_composite = IsCompositeNode(parent.parent_path())});
-    device.setup_class = ClassifyDevice(device.modalias, {.has_keyboard = HasKeyboard(entry.node)});
-    if (!device.ids.hardware.empty()) devices.push_back(std::move(device));
+    if (!device.ids.hardware.empty()) listing.devices.push_back(std::move(device));
   }
 }
 
-void AppendSerioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "serio", Numbering::kDecimal)) {
+void AppendSerioDevices(Listing& listing) {
+  BusFolder bus(listing.root, "serio");
+  for (std::string& address : bus.Addresses(Numbering::kDecimal)) {
     // The kernel makes a port for every socket; only one that a driver has found something at is a device.
-    if (LinkName(entry.node / "driver").empty()) continue;
-    Device device{.bus = Device::Bus::kSerio, .address = std::move(entry.address), .node = entry.node};
-    device.function = device.input = entry.node;
-    device.modalias = ModaliasOf(entry.node);
+    if (bus.LinkName(address + "/driver").empty()) continue;
+    Device device{.bus = Device::Bus::kSerio, .node = bus.NodeOf(address)};
+    if (device.node.empty()) continue;
+    device.function = device.input = device.node;
+    device.modalias = bus.ModaliasOf(address);
     device.ids =
         BuildDeviceIds({.modalias = device.modalias,
-                        .firmware_id = ReadAttribute(entry.node / "firmware_id").value_or(std::string())});
-    device.setup_class = ClassifyDevice(device.modalias, {.has_keyboard = HasKeyboard(entry.node)});
-    devices.push_back(std::move(device));
+                        .firmware_id = bus.ReadAttribute(address + "/firmware_id").value_or(std::string())});
+    device.setup_class = ClassifyDevice(device.modalias, {.has_keyboard = HasKeyboard(device.node)});
+    device.address = std::move(address);
+    // Of whatever class: it may be that of a firmware's device which is.
+    listing.devices.push_back(std::move(device));
   }
 }
 
-void AppendVirtioDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "virtio", Numbering::kDecimal)) {
-    // Behind PCI it is the PCI function that counts.
-    if (LinkName(entry.node.parent_path() / "subsystem") == "pci") continue;
-    Device device{.bus = Device::Bus::kVirtio, .address = std::move(entry.address), .node = entry.node};
-    device.function = entry.node;
-    device.modalias = ModaliasOf(entry.node);
-    device.ids = BuildDeviceIds({.modalias = device.modalias});
+void ListParavirtual(Listing& listing) {
+  BusFolder bus(listing.root, "virtio");
+  for (std::string& address : bus.Addresses(Numbering::kDecimal)) {
+    // ".../0000:00:03.0/virtio2"
+    const std::string target = bus.LinkTarget(address);
+    std::string_view parent = target;
+    parent = parent.substr(0, parent.find_last_of('/'));
+    parent.remove_prefix(parent.find_last_of('/') + 1);
+    listing.paravirtual.push_back({std::move(address), std::string(parent)});
+  }
+}
+
+void AppendVirtioDevices(Listing& listing) {
+  // Behind PCI it is the PCI function that counts.
+  std::erase_if(listing.paravirtual, [&](const Paravirtual& paravirtual) {
+    return std::binary_search(listing.pci.begin(), listing.pci.end(), paravirtual.parent);
+  });
+  if (listing.paravirtual.empty()) return;
+  BusFolder bus(listing.root, "virtio");
+  for (const Paravirtual& paravirtual : listing.paravirtual) {
+    const std::string& address = paravirtual.address;
+    if (bus.LinkName(address + "/../subsystem") == "pci") continue;
+    Device device{.bus = Device::Bus::kVirtio, .address = address, .modalias = bus.ModaliasOf(address)};
     device.setup_class = ClassifyDevice(device.modalias, {});
-    if (!device.ids.hardware.empty()) devices.push_back(std::move(device));
+    if (!listing.Wants(device.setup_class)) continue;
+    device.node = device.function = bus.NodeOf(address);
+    device.ids = BuildDeviceIds({.modalias = device.modalias});
+    if (!device.node.empty() && !device.ids.hardware.empty()) listing.devices.push_back(std::move(device));
   }
 }
 

@@ -4,6 +4,7 @@
 /// device; every list is read afresh and nothing is kept.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -35,5 +36,9 @@ std::vector<Device> ListDevices(const Path& root);
 /// Those of one setup class; the remote devices of the Bluetooth class, which a service must be asked for,
 /// stand behind its local ones.
 std::vector<Device> ListDevices(const Path& root, SetupClass setup_class);
+
+/// The same up to the first device of which `is_last` holds; all when it holds of none.
+std::vector<Device> ListDevicesUpTo(const Path& root, SetupClass setup_class,
+                                    const std::function<bool(const Device&)>& is_last);
 
 }  // namespace ostrine

@@ -41,48 +41,56 @@ bool IsNamedBy(const Device& device, std::wstring_view hardware_id) {
                      [&](const std::wstring& own) { return EqualIgnoringCase(own, hardware_id); });
 }
 
-std::vector<Device> DevicesOf(const Path& root, const GUID& id) {
-  const SetupClass setup_class = SetupClassOf(id);
-  return setup_class == SetupClass::kNone ? std::vector<Device>() : ListDevices(root, setup_class);
-}
-
 }  // namespace
 
 DeviceQuery::DeviceQuery(Path root, const GUID& setup_class)
-    : root_(std::move(root)), devices_(DevicesOf(root_, setup_class)) {}
+    : root_(std::move(root)), setup_class_(SetupClassOf(setup_class)) {}
+
+DeviceQuery::Devices DeviceQuery::List() const {
+  return setup_class_ == SetupClass::kNone ? Devices() : ListDevices(root_, setup_class_);
+}
 
 std::vector<std::wstring> DeviceQuery::Descriptions() const {
   NameDatabase names(root_);
   std::vector<std::wstring> descriptions;
-  descriptions.reserve(devices_.size());
-  for (const Device& device : devices_) descriptions.push_back(Describe(device, names));
+  for (const Device& device : List()) descriptions.push_back(Describe(device, names));
   return descriptions;
 }
 
 std::vector<std::wstring> DeviceQuery::HardwareIds() const {
   std::vector<std::wstring> ids;
-  for (const Device& device : devices_) {
+  for (const Device& device : List()) {
     if (!device.ids.hardware.empty()) ids.push_back(device.ids.hardware.front());
   }
   return ids;
 }
 
-std::optional<std::size_t> DeviceQuery::Find(LookUp by, std::wstring_view name) const {
-  if (name.empty()) return std::nullopt;
-  NameDatabase names(root_);
-  const auto found = std::find_if(devices_.begin(), devices_.end(), [&](const Device& device) {
-    return by == LookUp::kHardwareId ? IsNamedBy(device, name)
-                                     : EqualIgnoringCase(Describe(device, names), name);
+DeviceQuery::Devices DeviceQuery::ListUpTo(LookUp by, std::wstring_view name, NameDatabase& names) const {
+  if (name.empty() || setup_class_ == SetupClass::kNone) return {};
+  if (by == LookUp::kHardwareId) {
+    const auto is_meant = [&](const Device& device) { return IsNamedBy(device, name); };
+    Devices devices = ListDevicesUpTo(root_, setup_class_, is_meant);
+    return devices.empty() || !is_meant(devices.back()) ? Devices() : devices;
+  }
+  Devices devices = List();
+  const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& device) {
+    return EqualIgnoringCase(Describe(device, names), name);
   });
-  if (found == devices_.end()) return std::nullopt;
-  return static_cast<std::size_t>(found - devices_.begin());
+  if (found == devices.end()) return {};
+  devices.erase(found + 1, devices.end());
+  return devices;
 }
 
 std::wstring DeviceQuery::Text(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const {
-  const auto index = Find(by, name);
-  if (!index) return {};
-  const Device& device = devices_[*index];
+  if (property == PROP_INF) return {};  // drivers are not installed from such files here
   NameDatabase names(root_);
+  const Devices devices = ListUpTo(by, name, names);
+  return devices.empty() ? std::wstring() : TextOf(devices, property, names);
+}
+
+std::wstring DeviceQuery::TextOf(const Devices& up_to, enmDEVICE_PROPERTY property,
+                                 NameDatabase& names) const {
+  const Device& device = up_to.back();
   switch (property) {
     case PROP_DESCRIPTION:
       return Describe(device, names);
@@ -97,36 +105,34 @@ std::wstring DeviceQuery::Text(LookUp by, std::wstring_view name, enmDEVICE_PROP
     case PROP_DEVICE_NAME:
       return WideFromUtf8(device.name);
     case PROP_DISPLAY_NAME:
-      return FriendlyName(*index);
+      return FriendlyNames(up_to, names).back();
     case PROP_INSTANCE_ID:
       return InstanceId(device);
     case PROP_PROBLEM_CODE:
       return std::to_wstring(ProblemCode(root_, device));
-    case PROP_INF:  // drivers are not installed from such files here
+    case PROP_INF:
       break;
   }
   return {};
 }
 
-std::wstring DeviceQuery::FriendlyName(std::size_t index) const {
-  NameDatabase names(root_);
-  return FriendlyNames(devices_, names).at(index);
-}
-
 std::uint32_t DeviceQuery::Number(LookUp by, std::wstring_view name, enmDEVICE_PROPERTY property) const {
   if (property != PROP_PROBLEM_CODE) return 0;
-  const auto index = Find(by, name);
-  return index ? ProblemCode(root_, devices_[*index]) : kNotPresent;
+  NameDatabase names(root_);
+  const Devices devices = ListUpTo(by, name, names);
+  return devices.empty() ? kNotPresent : ProblemCode(root_, devices.back());
 }
 
 std::uint64_t DeviceQuery::InstallTime(std::wstring_view hardware_id) const {
-  const auto index = Find(LookUp::kHardwareId, hardware_id);
-  return index ? DriverInstallTime(root_, DriverOf(root_, devices_[*index])) : 0;
+  NameDatabase names(root_);
+  const Devices devices = ListUpTo(LookUp::kHardwareId, hardware_id, names);
+  return devices.empty() ? 0 : DriverInstallTime(root_, DriverOf(root_, devices.back()));
 }
 
 std::uint32_t DeviceQuery::Remove(std::wstring_view hardware_id) const {
-  const auto index = Find(LookUp::kHardwareId, hardware_id);
-  return index ? RemoveDevice(devices_[*index]) : kErrorNoSuchDevice;
+  NameDatabase names(root_);
+  const Devices devices = ListUpTo(LookUp::kHardwareId, hardware_id, names);
+  return devices.empty() ? kErrorNoSuchDevice : RemoveDevice(devices.back());
 }
 
 SetupClass SetupClassOf(const GUID& id) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ostrine/linux/device.h"
+#include "ostrine/linux/name_database.h"
 #include "platform/ostrine/deviceinformation.h"
 
 namespace ostrine {
@@ -18,7 +19,8 @@ inline constexpr std::uint32_t kNotPresent = 45;
 /// By what a device is looked up.
 enum class LookUp { kDescription, kHardwareId };
 
-/// The devices of one setup class, as they are when the object is made.
+/// The devices of one setup class, which each operation lists afresh. A name that no device can have, or a
+/// property that none has, is answered without that.
 class DeviceQuery {
  public:
   DeviceQuery(Path root, const GUID& setup_class);
@@ -33,12 +35,15 @@ class DeviceQuery {
   std::uint32_t Remove(std::wstring_view hardware_id) const;
 
  private:
-  /// Index of the first device that is meant; nothing when there is none.
-  std::optional<std::size_t> Find(LookUp by, std::wstring_view name) const;
-  std::wstring FriendlyName(std::size_t index) const;
+  using Devices = std::vector<Device>;
+
+  Devices List() const;
+  /// The devices up to the first that is meant; empty when there is none.
+  Devices ListUpTo(LookUp by, std::wstring_view name, NameDatabase& names) const;
+  std::wstring TextOf(const Devices& up_to, enmDEVICE_PROPERTY property, NameDatabase& names) const;
 
   Path root_;
-  std::vector<Device> devices_;
+  SetupClass setup_class_;
 };
 
 /// The setup class that `id` names; kNone for any other.

@@ -5,7 +5,6 @@
 #include <utility>
 #include <variant>
 
-#include "ostrine/common/id_list.h"
 #include "ostrine/common/modalias.h"
 #include "ostrine/linux/file.h"
 
@@ -62,29 +61,29 @@ DatabaseNames NameDatabase::FromHardwareDatabase(const std::string& modalias) {
 
 DatabaseNames NameDatabase::FromLists(const std::string& modalias) {
   const Modalias parsed = ParseModalias(modalias);
-  ListedNumbers numbers;
-  const std::vector<std::uint8_t>* bytes = nullptr;
+  FoundNames names;
   if (const auto* pci = std::get_if<PciAlias>(&parsed)) {
-    numbers = {pci->vendor, pci->device, pci->subsystem_vendor, pci->subsystem_device};
-    bytes = &Loaded(pci_list_, "pci.ids");
+    names = FindIn(pci_list_, {pci->vendor, pci->device, pci->subsystem_vendor, pci->subsystem_device});
   } else if (const auto* usb = std::get_if<UsbAlias>(&parsed)) {
-    numbers = {.vendor = usb->vendor, .device = usb->product};
-    bytes = &Loaded(usb_list_, "usb.ids");
-  } else {
-    return {};
+    names = FindIn(usb_list_, {.vendor = usb->vendor, .device = usb->product});
   }
-  const ListedNames names =
-      FindListedNames({reinterpret_cast<const char*>(bytes->data()), bytes->size()}, numbers);
-  return {std::string(names.vendor), std::string(names.subsystem.empty() ? names.device : names.subsystem)};
+  return {std::move(names.vendor), std::move(names.subsystem.empty() ? names.device : names.subsystem)};
 }
 
-const std::vector<std::uint8_t>& NameDatabase::Loaded(List& list, const char* name) const {
+FoundNames NameDatabase::FindIn(List& list, const ListedNumbers& numbers) const {
   for (const char* const folder : kListFolders) {
-    if (list) break;
-    list = ReadBytes(root_ / folder / name, kListLimit);
+    if (list.is_tried) break;
+    list.path = root_ / folder / list.file_name;
+    list.pieces = ListFile::Open(list.path, kListLimit);
+    if (list.pieces) break;
   }
-  if (!list) list.emplace();
-  return *list;
+  list.is_tried = true;
+  if (!list.pieces) return {};
+  if (auto names = FindNamesByHalves(*list.pieces, numbers)) return std::move(*names);
+  if (!list.whole) list.whole = ReadBytes(list.path, kListLimit).value_or(std::vector<std::uint8_t>());
+  const ListedNames names =
+      FindListedNames({reinterpret_cast<const char*>(list.whole->data()), list.whole->size()}, numbers);
+  return {std::string(names.vendor), std::string(names.device), std::string(names.subsystem)};
 }
 
 }  // namespace ostrine

@@ -77,18 +77,27 @@ class Descriptor {
 /// `path` with every link resolved; empty when it leads nowhere or in circles. The kernel is asked first, as
 /// it needs one step where going through the path needs one for each of its parts. The entry is opened for
 /// its name alone: nothing is read, and no device is woken.
-Path Resolve(const Path& path) {
-  const Descriptor entry(open(path.c_str(), O_PATH | O_CLOEXEC));
+std::string Resolve(const char* path) {
+  const Descriptor entry(open(path, O_PATH | O_CLOEXEC));
   if (entry.Number() < 0) return {};
   std::string name = TargetOf(AT_FDCWD, ("/proc/self/fd/" + std::to_string(entry.Number())).c_str());
   if (!name.empty()) return name;
   std::error_code error;
-  Path resolved = std::filesystem::canonical(path, error);
-  return error ? Path() : resolved;
+  const Path resolved = std::filesystem::canonical(path, error);
+  return error ? std::string() : resolved.native();
 }
 
-int OpenFolder(const Path& path) noexcept {
-  return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+/// The same; empty, too, when it leads out of `folder`.
+std::string ResolveWithin(const char* path, std::string_view folder) {
+  std::string name = Resolve(path);
+  if (folder.ends_with('/')) folder.remove_suffix(1);
+  const bool is_within =
+      name.starts_with(folder) && (name.size() == folder.size() || name[folder.size()] == '/');
+  return is_within ? name : std::string();
+}
+
+int OpenFolder(const char* path) noexcept {
+  return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
 }
 
 std::vector<std::string> NamesIn(int folder, std::string_view start, std::size_t limit) {
@@ -96,9 +105,9 @@ std::vector<std::string> NamesIn(int folder, std::string_view start, std::size_t
   alignas(dirent64) std::array<char, kRoom> entries;
   std::vector<std::string> names;
   std::size_t seen = 0;
-  for (;;) {
-    const ssize_t size = folder < 0 ? 0 : getdents64(folder, entries.data(), entries.size());
-    if (size <= 0 || seen > limit) break;
+  while (folder >= 0 && seen <= limit) {
+    const ssize_t size = getdents64(folder, entries.data(), entries.size());
+    if (size <= 0) break;
     for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
       const auto* const entry = reinterpret_cast<const dirent64*>(entries.data() + at);
       at += entry->d_reclen;
@@ -108,22 +117,37 @@ std::vector<std::string> NamesIn(int folder, std::string_view start, std::size_t
       if (name.starts_with(start)) names.emplace_back(name);
     }
   }
+  return names;
+}
+
+std::vector<std::string> InNaturalOrder(std::vector<std::string> names) {
   std::sort(names.begin(), names.end(), ComesBefore);
   return names;
 }
 
 }  // namespace
 
-Folder::Folder(Path path) : path_(std::move(path)), descriptor_(OpenFolder(path_)) {}
+Folder::Folder(std::string path) : path_(std::move(path)), descriptor_(OpenFolder(path_.c_str())) {}
 
 Folder::~Folder() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
 std::vector<std::string> Folder::EntryNames(std::string_view start) {
+  Rewind();
+  return InNaturalOrder(NamesIn(descriptor_, start, kEntryLimit));
+}
+
+std::vector<std::string> Folder::EntryNamesByBytes() {
+  Rewind();
+  std::vector<std::string> names = NamesIn(descriptor_, {}, kEntryLimit);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void Folder::Rewind() {
   if (is_listed_ && descriptor_ >= 0) lseek(descriptor_, 0, SEEK_SET);
   is_listed_ = true;
-  return NamesIn(descriptor_, start, kEntryLimit);
 }
 
 std::optional<std::string> Folder::ReadAttribute(const std::string& name) const {
@@ -152,12 +176,16 @@ bool Folder::Exists(const std::string& name) const {
 }
 
 Path Folder::ResolveBelow(const std::string& name, const Path& folder) const {
-  return ostrine::ResolveBelow(path_ / name, folder);
+  return ResolveBelow(name, std::string_view(folder.native()));
+}
+
+std::string Folder::ResolveBelow(const std::string& name, std::string_view folder) const {
+  return ResolveWithin((path_ + "/" + name).c_str(), folder);
 }
 
 std::vector<std::string> EntryNames(const Path& folder, std::string_view start, std::size_t limit) {
-  const Descriptor opened(OpenFolder(folder));
-  return NamesIn(opened.Number(), start, limit);
+  const Descriptor opened(OpenFolder(folder.c_str()));
+  return InNaturalOrder(NamesIn(opened.Number(), start, limit));
 }
 
 std::string CleanAttribute(const Path& path) { return Cleaned(ReadAttribute(path)); }
@@ -171,13 +199,7 @@ std::optional<std::uint32_t> HexAttribute(const Path& path) { return ParseHex(Cl
 std::string LinkName(const Path& path) { return LastPart(TargetOf(AT_FDCWD, path.c_str())); }
 
 Path ResolveBelow(const Path& path, const Path& folder) {
-  Path resolved = Resolve(path);
-  std::string_view bounds = folder.native();
-  if (bounds.ends_with('/')) bounds.remove_suffix(1);
-  const std::string_view name = resolved.native();
-  const bool is_below =
-      name.starts_with(bounds) && (name.size() == bounds.size() || name[bounds.size()] == '/');
-  return is_below ? resolved : Path();
+  return ResolveWithin(path.c_str(), folder.native());
 }
 
 bool Exists(const Path& path) { return IsThere(AT_FDCWD, path.c_str()); }

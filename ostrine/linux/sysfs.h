@@ -43,12 +43,16 @@ bool Exists(const Path& path);
 /// paths that begin at the folder ("0000:00:02.0/driver"). One that cannot be opened has nothing in it.
 class Folder {
  public:
-  explicit Folder(Path path);
+  explicit Folder(std::string path);
+  explicit Folder(const Path& path) : Folder(path.native()) {}
+  explicit Folder(const char* path) : Folder(std::string(path)) {}
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
   ~Folder();
 
   std::vector<std::string> EntryNames(std::string_view start = {});
+  /// In the order of their bytes.
+  std::vector<std::string> EntryNamesByBytes();
   std::optional<std::string> ReadAttribute(const std::string& name) const;
   std::string CleanAttribute(const std::string& name) const;
   std::optional<std::int64_t> NumberAttribute(const std::string& name) const;
@@ -56,12 +60,16 @@ class Folder {
   std::string LinkName(const std::string& name) const;
   bool Exists(const std::string& name) const;
   Path ResolveBelow(const std::string& name, const Path& folder) const;
+  /// The same without the taking apart of paths.
+  std::string ResolveBelow(const std::string& name, std::string_view folder) const;
 
   /// What the link says, which may begin anywhere; empty for anything that is not a link.
   std::string LinkTarget(const std::string& name) const;
 
  private:
-  Path path_;
+  void Rewind();
+
+  std::string path_;
   int descriptor_;
   bool is_listed_ = false;
 };

@@ -4,6 +4,7 @@
 
 #include "ostrine/common/device_text.h"
 #include "ostrine/linux/bus_devices.h"
+#include "ostrine/linux/wanted_class.h"
 
 namespace ostrine {
 namespace {
@@ -19,123 +20,174 @@ std::string Hex(std::uint32_t value, int digits) {
   return text;
 }
 
-std::optional<UsbClass> DeviceClassOf(const Path& node) {
-  const auto base = HexAttribute(node / "bDeviceClass");
-  const auto sub = HexAttribute(node / "bDeviceSubClass");
-  const auto protocol = HexAttribute(node / "bDeviceProtocol");
-  if (!base || !sub || !protocol || *base > 0xFF || *sub > 0xFF || *protocol > 0xFF) return std::nullopt;
-  return UsbClass{static_cast<std::uint8_t>(*base), static_cast<std::uint8_t>(*sub),
-                  static_cast<std::uint8_t>(*protocol)};
-}
+/// The attributes of the device at `path` below an open folder.
+class UsbAttributes {
+ public:
+  UsbAttributes(const Folder& folder, const std::string& path) : folder_(folder), start_(path + "/") {}
 
-/// A whole device has no modalias of its own; this is how the ones of its interfaces begin.
-std::string WholeModalias(const Path& node) {
-  const auto vendor = HexAttribute(node / "idVendor");
-  const auto product = HexAttribute(node / "idProduct");
-  const auto revision = HexAttribute(node / "bcdDevice");
-  const auto device_class = DeviceClassOf(node);
-  if (!vendor || !product || !revision || !device_class) return {};
-  return "usb:v" + Hex(*vendor, kHexWidth) + "p" + Hex(*product, kHexWidth) + "d" +
-         Hex(*revision, kHexWidth) + "dc" + Hex(device_class->base_class, 2) + "dsc" +
-         Hex(device_class->sub_class, 2) + "dp" + Hex(device_class->protocol, 2);
-}
-
-/// Folders of the interfaces of the device in `node`: "1-4:1.0" below "1-4", "1-0:1.0" below "usb1".
-std::vector<Path> InterfacesOf(const Path& node) {
-  std::vector<Path> interfaces;
-  for (const std::string& name : EntryNames(node)) {
-    if (name.find(':') == std::string::npos || !Exists(node / name / "bInterfaceNumber")) continue;
-    interfaces.push_back(node / name);
+  std::optional<UsbClass> Class() const {
+    const auto base = Hexadecimal("bDeviceClass");
+    const auto sub = Hexadecimal("bDeviceSubClass");
+    const auto protocol = Hexadecimal("bDeviceProtocol");
+    if (!base || !sub || !protocol || *base > 0xFF || *sub > 0xFF || *protocol > 0xFF) return std::nullopt;
+    return UsbClass{static_cast<std::uint8_t>(*base), static_cast<std::uint8_t>(*sub),
+                    static_cast<std::uint8_t>(*protocol)};
   }
-  return interfaces;
-}
 
-/// Interfaces that belong together count as one device, named by the first of them.
-bool BelongsToEarlierInterface(const Path& interface) {
-  const auto first = HexAttribute(interface / "iad_bFirstInterface");
-  return first && first != HexAttribute(interface / "bInterfaceNumber");
-}
-
-std::string OwnNames(const Path& node) {
-  return CleanAttribute(node / "manufacturer") + " " + CleanAttribute(node / "product");
-}
-
-DeviceTraits TraitsOf(const Path& interface) {
-  return {.has_network_interface = Exists(interface / "net"),
-          .has_bluetooth_radio = Exists(interface / "bluetooth")};
-}
-
-void AppendComposite(const BusEntry& entry, const std::vector<Path>& interfaces,
-                     std::vector<Device>& devices) {
-  Device whole{.bus = Device::Bus::kUsb, .address = entry.address, .node = entry.node};
-  whole.function = entry.node;
-  whole.modalias = WholeModalias(entry.node);
-  whole.ids = BuildDeviceIds({.modalias = whole.modalias, .usb_composite = true});
-  whole.setup_class = ClassifyDevice(whole.modalias, {.is_composite_usb = true});
-  if (whole.ids.hardware.empty()) return;
-  devices.push_back(std::move(whole));
-
-  const bool is_reader = IsFingerprintReader(OwnNames(entry.node), {});
-  for (const Path& interface : interfaces) {
-    if (BelongsToEarlierInterface(interface)) continue;
-    Device part{.bus = Device::Bus::kUsbPart, .address = interface.filename().string(), .node = interface};
-    part.function = interface;
-    part.modalias = ModaliasOf(interface);
-    part.ids = BuildDeviceIds({.modalias = part.modalias, .usb_composite = true});
-    DeviceTraits traits = TraitsOf(interface);
-    traits.is_composite_usb = true;
-    traits.is_fingerprint_reader = is_reader;
-    part.setup_class = ClassifyDevice(part.modalias, traits);
-    if (!part.ids.hardware.empty()) devices.push_back(std::move(part));
+  bool IsComposite() const {
+    const auto interfaces = folder_.NumberAttribute(start_ + "bNumInterfaces");
+    const auto configurations = folder_.NumberAttribute(start_ + "bNumConfigurations");
+    if (!interfaces || !configurations) return false;
+    constexpr std::int64_t kMost = 0xFF;
+    if (*interfaces < 0 || *interfaces > kMost || *configurations < 0 || *configurations > kMost)
+      return false;
+    const auto is_composite_with = [&](const UsbClass& device_class) {
+      return IsUsbComposite(device_class, static_cast<unsigned>(*interfaces),
+                            static_cast<unsigned>(*configurations));
+    };
+    constexpr UsbClass kToldByInterfaces{};
+    if (!is_composite_with(kToldByInterfaces)) return false;  // nor with any other class
+    const auto device_class = Class();
+    return device_class && is_composite_with(*device_class);
   }
-}
 
-void AppendSingle(BusEntry entry, const std::vector<Path>& interfaces, std::vector<Device>& devices) {
-  Device device{.bus = Device::Bus::kUsb, .address = std::move(entry.address), .node = entry.node};
-  const auto bound = std::find_if(interfaces.begin(), interfaces.end(), [](const Path& interface) {
-    return !LinkName(interface / "driver").empty();
-  });
-  device.function = entry.node;
-  if (!interfaces.empty()) device.function = bound != interfaces.end() ? *bound : interfaces.front();
-  device.modalias = interfaces.empty() ? std::string() : ModaliasOf(interfaces.front());
-  if (device.modalias.empty()) device.modalias = WholeModalias(entry.node);
-
-  DeviceTraits traits;
-  for (const Path& interface : interfaces) {
-    const DeviceTraits of_interface = TraitsOf(interface);
-    traits.has_network_interface |= of_interface.has_network_interface;
-    traits.has_bluetooth_radio |= of_interface.has_bluetooth_radio;
+  /// A whole device has no modalias of its own; this is how the ones of its interfaces begin.
+  std::string WholeModalias() const {
+    const auto vendor = Hexadecimal("idVendor");
+    const auto product = Hexadecimal("idProduct");
+    const auto revision = Hexadecimal("bcdDevice");
+    const auto device_class = Class();
+    if (!vendor || !product || !revision || !device_class) return {};
+    return "usb:v" + Hex(*vendor, kHexWidth) + "p" + Hex(*product, kHexWidth) + "d" +
+           Hex(*revision, kHexWidth) + "dc" + Hex(device_class->base_class, 2) + "dsc" +
+           Hex(device_class->sub_class, 2) + "dp" + Hex(device_class->protocol, 2);
   }
-  traits.is_fingerprint_reader = IsFingerprintReader(OwnNames(entry.node), {});
-  device.ids = BuildDeviceIds({.modalias = device.modalias});
-  device.setup_class = ClassifyDevice(device.modalias, traits);
-  if (!device.ids.hardware.empty()) devices.push_back(std::move(device));
-}
+
+  std::string OwnNames() const {
+    return folder_.CleanAttribute(start_ + "manufacturer") + " " + folder_.CleanAttribute(start_ + "product");
+  }
+
+ private:
+  std::optional<std::uint32_t> Hexadecimal(const char* name) const {
+    return folder_.HexAttribute(start_ + name);
+  }
+
+  const Folder& folder_;
+  std::string start_;
+};
+
+/// One device of the bus that has its driver, with its interfaces; all of them by their addresses.
+class UsbDevice {
+ public:
+  UsbDevice(BusFolder& bus, std::string address, const std::vector<std::string>& all)
+      : bus_(bus),
+        address_(std::move(address)),
+        attributes_(bus, address_),
+        is_composite_(attributes_.IsComposite()) {
+    // Called after their device: "1-4:1.0" of "1-4", and "1-0:1.0" of "usb1".
+    constexpr std::string_view kRoot = "usb";
+    const bool is_root = address_.starts_with(kRoot);
+    const std::string start = is_root ? address_.substr(kRoot.size()) + "-0:" : address_ + ":";
+    for (const std::string& other : all) {
+      if (other.starts_with(start) && bus_.Exists(other + "/bInterfaceNumber")) interfaces_.push_back(other);
+    }
+  }
+
+  void AppendTo(Listing& listing) {
+    if (!is_composite_) {
+      AppendSingle(listing);
+      return;
+    }
+    const std::string whole = attributes_.WholeModalias();
+    if (BuildDeviceIds({.modalias = whole, .usb_composite = true}).hardware.empty()) return;
+    const SetupClass setup_class = ClassifyDevice(whole, {.is_composite_usb = true});
+    if (listing.Wants(setup_class)) Append(listing, address_, address_, whole, setup_class);
+    for (const std::string& interface : interfaces_) {
+      if (BelongsToEarlierInterface(interface)) continue;
+      const std::string modalias = bus_.ModaliasOf(interface);
+      Facts facts{*this, {interface}};
+      const auto part = FindWantedClass(modalias, listing.wanted, facts);
+      if (part) Append(listing, interface, interface, modalias, *part);
+    }
+  }
+
+ private:
+  /// What decides the class of an interface, or of a device with these interfaces.
+  struct Facts {
+    UsbDevice& device;
+    std::vector<std::string> interfaces;
+
+    bool HasNetworkInterface() const { return HasOne("/net"); }
+    bool HasBluetoothRadio() const { return HasOne("/bluetooth"); }
+    bool IsFingerprintReader() const { return device.IsFingerprintReader(); }
+    bool IsComposite() const { return device.is_composite_; }
+
+   private:
+    bool HasOne(const char* entry) const {
+      return std::any_of(interfaces.begin(), interfaces.end(),
+                         [&](const std::string& interface) { return device.bus_.Exists(interface + entry); });
+    }
+  };
+
+  void AppendSingle(Listing& listing) {
+    std::string modalias = interfaces_.empty() ? std::string() : bus_.ModaliasOf(interfaces_.front());
+    if (modalias.empty()) modalias = attributes_.WholeModalias();
+    Facts facts{*this, interfaces_};
+    const auto setup_class = FindWantedClass(modalias, listing.wanted, facts);
+    if (!setup_class) return;
+    const auto bound = std::find_if(interfaces_.begin(), interfaces_.end(), [&](const std::string& one) {
+      return !bus_.LinkName(one + "/driver").empty();
+    });
+    std::string function = address_;
+    if (!interfaces_.empty()) function = bound != interfaces_.end() ? *bound : interfaces_.front();
+    Append(listing, address_, function, modalias, *setup_class);
+  }
+
+  /// Appends the device or interface at `address`, whose driver serves it at `function`.
+  void Append(Listing& listing, const std::string& address, const std::string& function,
+              const std::string& modalias, SetupClass setup_class) {
+    const bool is_part = address != address_;
+    Device device{.bus = is_part ? Device::Bus::kUsbPart : Device::Bus::kUsb,
+                  .address = address,
+                  .node = bus_.NodeOf(address)};
+    device.function = function == address ? device.node : bus_.NodeOf(function);
+    device.modalias = modalias;
+    device.ids = BuildDeviceIds({.modalias = modalias, .usb_composite = is_composite_});
+    device.setup_class = setup_class;
+    if (!device.node.empty() && !device.ids.hardware.empty()) listing.Add(std::move(device));
+  }
+
+  bool IsFingerprintReader() {
+    if (!is_reader_) is_reader_ = ostrine::IsFingerprintReader(attributes_.OwnNames(), {});
+    return *is_reader_;
+  }
+
+  /// Interfaces that belong together count as one device, named by the first of them.
+  bool BelongsToEarlierInterface(const std::string& interface) const {
+    const auto first = bus_.HexAttribute(interface + "/iad_bFirstInterface");
+    return first && first != bus_.HexAttribute(interface + "/bInterfaceNumber");
+  }
+
+  BusFolder& bus_;
+  std::string address_;
+  UsbAttributes attributes_;
+  bool is_composite_;
+  std::vector<std::string> interfaces_;
+  std::optional<bool> is_reader_;  ///< once it was asked
+};
 
 }  // namespace
 
-bool IsCompositeNode(const Path& node) {
-  const auto device_class = DeviceClassOf(node);
-  const auto interfaces = NumberAttribute(node / "bNumInterfaces");
-  const auto configurations = NumberAttribute(node / "bNumConfigurations");
-  if (!device_class || !interfaces || !configurations) return false;
-  constexpr std::int64_t kMost = 0xFF;
-  if (*interfaces < 0 || *interfaces > kMost || *configurations < 0 || *configurations > kMost) return false;
-  return IsUsbComposite(*device_class, static_cast<unsigned>(*interfaces),
-                        static_cast<unsigned>(*configurations));
-}
+bool IsCompositeNode(const Path& node) { return UsbAttributes(Folder(node), ".").IsComposite(); }
 
-void AppendUsbDevices(const Path& root, std::vector<Device>& devices) {
-  for (BusEntry& entry : BusEntries(root, "usb", Numbering::kDecimal)) {
-    if (entry.address.find(':') != std::string::npos) continue;  // an interface: it comes with its device
+void AppendUsbDevices(Listing& listing) {
+  BusFolder bus(listing.root, "usb");
+  const std::vector<std::string> all = bus.Addresses(Numbering::kDecimal);
+  for (const std::string& address : all) {
+    if (listing.is_done) return;
+    if (address.find(':') != std::string::npos) continue;  // an interface: it comes with its device
     // Every device gets its driver as it is plugged in; one that was taken from it is uninstalled.
-    if (LinkName(entry.node / "driver").empty()) continue;
-    const std::vector<Path> interfaces = InterfacesOf(entry.node);
-    if (IsCompositeNode(entry.node)) {
-      AppendComposite(entry, interfaces, devices);
-    } else {
-      AppendSingle(std::move(entry), interfaces, devices);
-    }
+    if (!bus.LinkName(address + "/driver").empty()) UsbDevice(bus, address, all).AppendTo(listing);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <utility>
+#include <variant>
 
 #include "ostrine/common/wql.h"
 #include "ostrine/common/wql_text.h"
@@ -29,10 +30,20 @@ std::uint64_t StateOf(std::wstring_view name_space) {
 /// A query longer than this is none.
 constexpr std::size_t kLongestQuery = 65536;
 
+/// Whether the query asks for rows with an empty text. No table has any: where there is no text the value is
+/// null, so that such a query is answered without a look at the machine.
+bool AsksForEmptyText(const ostrine::WqlQuery& query) {
+  return std::ranges::any_of(query.conditions, [](const ostrine::WqlCondition& condition) {
+    const auto* const text = std::get_if<std::wstring>(&condition.literal);
+    return condition.comparison == ostrine::WqlOperator::kEqual && text != nullptr && text->empty();
+  });
+}
+
 ostrine::WqlValue Select(std::uint64_t state, std::wstring_view query_text, std::wstring_view property) {
   if (state != kSystemClasses || query_text.size() > kLongestQuery) return {};
   auto query = ostrine::ParseWql(query_text);
   if (!query || !ostrine::EqualIgnoringCase(query->property, property)) return {};
+  if (AsksForEmptyText(*query)) return {};
   const auto table = ostrine::FindTable(ostrine::SystemRoot(), query->class_name);
   return table ? ostrine::SelectFirst(*query, *table) : ostrine::WqlValue{};
 }

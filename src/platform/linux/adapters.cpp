@@ -75,14 +75,13 @@ std::vector<Listed> ListAdapters(const std::filesystem::path& root, const Networ
   return adapters;
 }
 
-/// All that the kernel says of an adapter.
-Adapter KernelsWord(const std::filesystem::path& root, const NetworkState& state, const Listed& listed) {
+/// What the kernel says of an adapter over netlink.
+Adapter KernelsWord(const NetworkState& state, const Listed& listed) {
   const NetworkLink& link = *listed.link;
   Adapter adapter{.name = GuidText(InterfaceGuid(link.name)),
                   .description = {},
                   .address = link.address,
-                  .index = link.index,
-                  .type = TypeOf(link, MediumOf(root, link.name))};
+                  .index = link.index};
   for (const NetworkAddress* address : listed.addresses) {
     adapter.ip_addresses.push_back(Entry(TextOf(address->address), TextOf(MaskOf(address->prefix_length))));
   }
@@ -95,7 +94,7 @@ Adapter KernelsWord(const std::filesystem::path& root, const NetworkState& state
   return adapter;
 }
 
-/// Adds what takes longer to find out and no room in the list: names and leases.
+/// Adds what takes longer to find out and no room in the list: types, names and leases.
 void Complete(const std::filesystem::path& root, const std::vector<Listed>& listed,
               std::vector<Adapter>& adapters) {
   const Bus bus = ConnectToSystemBus();
@@ -103,6 +102,7 @@ void Complete(const std::filesystem::path& root, const std::vector<Listed>& list
   const Moment now = Now();
   for (std::size_t i = 0; i < listed.size(); ++i) {
     const auto& [link, addresses] = listed[i];
+    adapters[i].type = TypeOf(*link, MediumOf(root, link->name));
     adapters[i].description = DescribeAdapter(root, *link);
     const NetworkAddress* first = addresses.empty() ? nullptr : addresses.front();
     ManagedDhcp dhcp = DhcpOf(root, manager, *link, first, now);
@@ -181,13 +181,13 @@ void PutAdapters(std::span<const Adapter> adapters, AdapterInfo* list) {
 
 std::uint32_t FillAdaptersInfo(const std::filesystem::path& root, Netlink& netlink, AdapterInfo* list,
                                std::uint32_t& size) {
-  const auto state = ReadNetworkState(netlink);
+  const auto state = ReadNetworkState(netlink, Routes::kIpv4);
   if (!state) return LastError();
   const std::vector<Listed> listed = ListAdapters(root, *state);
   if (listed.empty()) return kErrorNoData;
   std::vector<Adapter> adapters;
   adapters.reserve(listed.size());
-  for (const Listed& one : listed) adapters.push_back(KernelsWord(root, *state, one));
+  for (const Listed& one : listed) adapters.push_back(KernelsWord(*state, one));
   const std::size_t needed = SizeOf(adapters);
   if (needed > std::numeric_limits<std::uint32_t>::max()) return kErrorNotEnoughMemory;
   if (list == nullptr || size < needed) {

@@ -13,27 +13,8 @@ constexpr timeval kPatience{.tv_sec = 5, .tv_usec = 0};
 /// No answer to what is asked here comes near it.
 constexpr std::size_t kLongestAnswer = std::size_t{32} << 20;
 
-/// The next datagram from the kernel; nothing, with errno, on failure.
-std::optional<std::vector<std::uint8_t>> Receive(int socket) {
-  for (;;) {
-    const ssize_t size = recv(socket, nullptr, 0, MSG_PEEK | MSG_TRUNC);
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) {
-      if (errno == EAGAIN) errno = ETIMEDOUT;
-      return std::nullopt;
-    }
-    std::vector<std::uint8_t> datagram(static_cast<std::size_t>(size));
-    sockaddr_nl sender{};
-    socklen_t sender_size = sizeof sender;
-    const ssize_t received = recvfrom(socket, datagram.data(), datagram.size(), 0,
-                                      reinterpret_cast<sockaddr*>(&sender), &sender_size);
-    if (received < 0 && errno != EINTR) return std::nullopt;
-    const bool is_from_kernel = sender_size == sizeof sender && sender.nl_pid == 0;
-    if (received < 0 || !is_from_kernel) continue;  // programs with the right to may write to the socket, too
-    if (received < size) datagram.resize(static_cast<std::size_t>(received));
-    return datagram;
-  }
-}
+/// The kernel puts no more into one datagram of a list.
+constexpr std::size_t kRoom = 32768;
 
 /// The error number that an end message carries; 0 for success.
 int ErrorOf(Bytes payload) noexcept {
@@ -44,7 +25,7 @@ int ErrorOf(Bytes payload) noexcept {
 }  // namespace
 
 NetlinkSocket::NetlinkSocket(int protocol) noexcept
-    : socket_(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, protocol)) {
+    : socket_(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, protocol)), room_(kRoom) {
   sockaddr_nl own{};
   own.nl_family = AF_NETLINK;  // the kernel chooses the address
   const bool is_ready =
@@ -67,14 +48,49 @@ std::optional<std::vector<std::uint8_t>> NetlinkSocket::Ask(const NetlinkRequest
     while (progress == Progress::kMore) progress = Collect(sequence_, answer);
     if (progress == Progress::kFailed) return std::nullopt;
     // A list that changed while it was told is asked for again; in the end it is better than none.
-    if (!answer.has_changed || i == kTries) return std::move(answer.messages);
+    const bool is_last = i == kTries;
+    if (!answer.is_cut && (!answer.has_changed || is_last)) return std::move(answer.messages);
+    if (answer.is_cut && is_last) {
+      errno = EMSGSIZE;
+      return std::nullopt;
+    }
   }
 }
 
-NetlinkSocket::Progress NetlinkSocket::Collect(std::uint32_t sequence, Answer& answer) const {
-  const auto datagram = Receive(socket_.Number());
-  if (!datagram) return Progress::kFailed;
-  Bytes bytes = *datagram;
+/// The size of the next datagram from the kernel, which may be more than there is room for; nothing, with
+/// errno, on failure.
+std::optional<std::size_t> NetlinkSocket::Receive() {
+  if (!datagram_) datagram_ = std::make_unique_for_overwrite<std::uint8_t[]>(room_);
+  for (;;) {
+    sockaddr_nl sender{};
+    socklen_t sender_size = sizeof sender;
+    const ssize_t size = recvfrom(socket_.Number(), datagram_.get(), room_, MSG_TRUNC,
+                                  reinterpret_cast<sockaddr*>(&sender), &sender_size);
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) {
+      if (errno == EAGAIN) errno = ETIMEDOUT;
+      return std::nullopt;
+    }
+    // Programs with the right to may write to the socket, too.
+    if (sender_size == sizeof sender && sender.nl_pid == 0) return static_cast<std::size_t>(size);
+  }
+}
+
+NetlinkSocket::Progress NetlinkSocket::Collect(std::uint32_t sequence, Answer& answer) {
+  const auto size = Receive();
+  if (!size) return Progress::kFailed;
+  if (*size > room_) {
+    // Asked again, with room for it.
+    if (*size > kLongestAnswer) {
+      errno = EFBIG;
+      return Progress::kFailed;
+    }
+    room_ = *size;
+    datagram_.reset();
+    answer.is_cut = true;
+    return Progress::kDone;
+  }
+  Bytes bytes(datagram_.get(), *size);
   while (const auto message = TakeMessage(bytes)) {
     if (message->sequence != sequence) continue;  // left over from a question that was given up
     if ((message->flags & NLM_F_DUMP_INTR) != 0) answer.has_changed = true;

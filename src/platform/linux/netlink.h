@@ -1,7 +1,9 @@
 /// Questions to the kernel over netlink, with an end to every wait.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -35,12 +37,16 @@ class NetlinkSocket : public Netlink {
   struct Answer {
     std::vector<std::uint8_t> messages;
     bool has_changed = false;  ///< the list changed while it was told
+    bool is_cut = false;       ///< a part of it did not fit
   };
 
-  Progress Collect(std::uint32_t sequence, Answer& answer) const;
+  Progress Collect(std::uint32_t sequence, Answer& answer);
+  std::optional<std::size_t> Receive();
 
   Descriptor socket_;
   int error_ = 0;  ///< why there is no socket
+  std::size_t room_;
+  std::unique_ptr<std::uint8_t[]> datagram_;  ///< the latest, once something was asked; `room_` bytes
   std::uint32_t sequence_ = 0;
 };
 

@@ -1,12 +1,17 @@
 #include "platform/linux/network_interface.h"
 
+#include <fcntl.h>
 #include <net/if_arp.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <string_view>
 #include <system_error>
 
 #include "platform/linux/config_text.h"
+#include "platform/linux/descriptor.h"
 #include "platform/linux/small_file.h"
 
 namespace velmora::os {
@@ -22,25 +27,44 @@ bool IsName(const std::string& name) {
   return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
 }
 
-Path FolderOf(const Path& root, const std::string& interface) { return root / "sys/class/net" / interface; }
-
-bool Exists(const Path& path) {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
+/// With a slash at its end.
+std::string FolderOf(const Path& root, const std::string& interface) {
+  return root.native() + "/sys/class/net/" + interface + "/";
 }
 
-Medium OwnMedium(const Path& folder) {
-  if (Exists(folder / "phy80211") || Exists(folder / "wireless")) return Medium::kWireless;
-  if (!Exists(folder / "device")) return Medium::kNone;
-  const std::string uevent = ReadSmallFile(folder / "uevent").value_or("");
+bool Exists(const std::string& path) {
+  struct stat status{};
+  return stat(path.c_str(), &status) == 0;
+}
+
+/// Where the link `path` points; empty for anything that is not a link.
+std::string TargetOf(const std::string& path) {
+  char target[PATH_MAX];
+  const ssize_t size = readlink(path.c_str(), target, sizeof target);
+  // One that fills the room may have been cut.
+  if (size <= 0 || static_cast<std::size_t>(size) >= sizeof target) return {};
+  return {target, static_cast<std::size_t>(size)};
+}
+
+Medium OwnMedium(const std::string& folder_path) {
+  // Opened for its name alone, so that the way to it is gone but once.
+  const Descriptor folder(open(folder_path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  const auto has = [&](const char* name) {
+    struct stat status{};
+    return folder && fstatat(folder.Number(), name, &status, 0) == 0;
+  };
+  if (has("phy80211") || has("wireless")) return Medium::kWireless;
+  if (!has("device")) return Medium::kNone;
+  const std::string uevent = ReadAttribute(folder.Number(), "uevent").value_or("");
   if (KeyValue(uevent, "DEVTYPE") == "wwan") return Medium::kMobile;
-  return ReadNumber(folder / "type") == ARPHRD_ETHER ? Medium::kWired : Medium::kNone;
+  const bool is_ethernet = ReadAttribute(folder.Number(), "type") == std::to_string(ARPHRD_ETHER);
+  return is_ethernet ? Medium::kWired : Medium::kNone;
 }
 
 Medium MediumBelow(const Path& root, const std::string& interface, int depth) {
   constexpr std::string_view kLower = "lower_";
   if (depth == 0 || !IsName(interface)) return Medium::kNone;
-  const Path folder = FolderOf(root, interface);
+  const std::string folder = FolderOf(root, interface);
   if (const Medium own = OwnMedium(folder); own != Medium::kNone) return own;
   // The kinds stand in the order of preference of a machine that has several below one bridge.
   Medium found = Medium::kNone;
@@ -92,6 +116,23 @@ std::string UsbComponent(std::string_view text) {
   return std::string("usb\\vid_").append(vendor).append("&pid_").append(product);
 }
 
+/// Whether the interface itself is a device.
+bool IsDevice(const Path& root, const std::string& interface) {
+  return Exists(FolderOf(root, interface) + "device");
+}
+
+std::int64_t NumberOf(const Path& root, const std::string& interface) {
+  return ReadNumber(Path(FolderOf(root, interface) + "ifindex")).value_or(0);
+}
+
+bool IsFirstOfItsDevice(const Path& root, const std::string& interface) {
+  const auto others = ListNames(FolderOf(root, interface) + "device/net");
+  // A device of the mobile broadband kind keeps its interfaces elsewhere.
+  return !others || std::none_of(others->begin(), others->end(), [&](const std::string& other) {
+    return other != interface && NumberOf(root, other) < NumberOf(root, interface);
+  });
+}
+
 }  // namespace
 
 Medium MediumOf(const Path& root, const std::string& interface) {
@@ -99,33 +140,24 @@ Medium MediumOf(const Path& root, const std::string& interface) {
 }
 
 bool IsCard(const Path& root, const std::string& interface) {
-  if (!IsName(interface)) return false;
-  const Path device = FolderOf(root, interface) / "device";
-  if (!Exists(device)) return false;
-  const auto others = ListNames(device / "net");
-  const auto number = [&](const std::string& name) {
-    return ReadNumber(FolderOf(root, name) / "ifindex").value_or(0);
-  };
-  // A device of the mobile broadband kind keeps its interfaces elsewhere.
-  return !others || std::none_of(others->begin(), others->end(), [&](const std::string& other) {
-    return other != interface && number(other) < number(interface);
-  });
+  return IsName(interface) && IsDevice(root, interface) && IsFirstOfItsDevice(root, interface);
 }
 
 std::string DriverOf(const Path& root, const std::string& interface) {
   if (!IsName(interface)) return {};
-  std::error_code error;
-  const Path driver = std::filesystem::read_symlink(FolderOf(root, interface) / "device/driver", error);
-  return error ? std::string() : driver.filename().string();
+  return Path(TargetOf(FolderOf(root, interface) + "device/driver")).filename().string();
 }
 
 std::vector<std::string> ListCards(const Path& root) {
-  auto names = ListNames(root / "sys/class/net").value_or(std::vector<std::string>());
-  std::erase_if(names, [&](const std::string& name) { return !IsCard(root, name); });
+  auto names = ListNames(root.native() + "/sys/class/net").value_or(std::vector<std::string>());
+  std::erase_if(names, [&](const std::string& name) { return !IsDevice(root, name); });
+  if (names.size() < 2) return names;  // no other of the same device, and no order
+  std::erase_if(names, [&](const std::string& name) { return !IsFirstOfItsDevice(root, name); });
   std::vector<std::pair<std::int64_t, std::string>> numbered;
   numbered.reserve(names.size());
   for (std::string& name : names) {
-    numbered.emplace_back(ReadNumber(FolderOf(root, name) / "ifindex").value_or(0), std::move(name));
+    const std::int64_t number = NumberOf(root, name);
+    numbered.emplace_back(number, std::move(name));
   }
   std::sort(numbered.begin(), numbered.end());
   names.clear();
@@ -135,15 +167,13 @@ std::vector<std::string> ListCards(const Path& root) {
 
 std::string ComponentId(const Path& root, const std::string& interface) {
   if (!IsName(interface)) return {};
-  std::error_code error;
-  const Path devices = std::filesystem::canonical(root / "sys/devices", error);
-  if (error) return {};
-  Path folder = std::filesystem::canonical(FolderOf(root, interface) / "device", error);
-  if (error) return {};
-  // A paravirtual or mobile broadband card hangs below the function that the bus knows.
-  for (; folder.native().size() > devices.native().size(); folder = folder.parent_path()) {
-    std::string id = ComponentIdOf(ReadAttribute(folder / "modalias").value_or(""));
+  // A paravirtual or mobile broadband card hangs below the function that the bus knows, by a step or two.
+  constexpr int kFarthest = 8;
+  std::string folder = FolderOf(root, interface) + "device/";
+  for (int step = 0; step < kFarthest; ++step) {
+    std::string id = ComponentIdOf(ReadAttribute(folder + "modalias").value_or(""));
     if (!id.empty()) return id;
+    folder += "../";
   }
   return {};
 }

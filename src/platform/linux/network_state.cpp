@@ -174,7 +174,7 @@ std::vector<DefaultRoute> ParseDefaultRoutes(Bytes messages) {
   return routes;
 }
 
-std::optional<NetworkState> ReadNetworkState(Netlink& netlink) {
+std::optional<NetworkState> ReadNetworkState(Netlink& netlink, Routes wanted) {
   const auto ask_routes = [&netlink](std::uint8_t family) {
     rtmsg head{};
     head.rtm_family = family;
@@ -188,8 +188,10 @@ std::optional<NetworkState> ReadNetworkState(Netlink& netlink) {
   if (!routes) return std::nullopt;
   NetworkState state{ParseLinks(*links), ParseAddresses(*addresses), {}};
   AddInOrder(ParseDefaultRoutes(*routes), state.routes);
-  if (const auto more = ask_routes(AF_INET6)) {  // a kernel may be without
-    AddInOrder(ParseDefaultRoutes(*more), state.routes);
+  if (wanted == Routes::kAll) {
+    if (const auto more = ask_routes(AF_INET6)) {  // a kernel may be without
+      AddInOrder(ParseDefaultRoutes(*more), state.routes);
+    }
   }
   std::sort(state.links.begin(), state.links.end(),
             [](const NetworkLink& a, const NetworkLink& b) { return a.index < b.index; });

@@ -62,7 +62,10 @@ struct NetworkState {
   std::vector<DefaultRoute> routes;       ///< those of the lowest metric first
 };
 
+/// Which routes are asked for.
+enum class Routes { kIpv4, kAll };
+
 /// Asks for all of it; nothing, with errno, on failure.
-std::optional<NetworkState> ReadNetworkState(Netlink& netlink);
+std::optional<NetworkState> ReadNetworkState(Netlink& netlink, Routes wanted = Routes::kAll);
 
 }  // namespace velmora::os

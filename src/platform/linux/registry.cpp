@@ -84,7 +84,8 @@ std::optional<unsigned int> CardNumberOf(std::wstring_view path) noexcept {
       L"SYSTEM\\CurrentControlSet\\Control\\Class\\{4d36e972-e325-11ce-bfc1-08002be10318}\\";
   constexpr std::size_t kDigits = 4;
   if (path.size() != kClass.size() + kDigits) return std::nullopt;
-  if (!EqualIgnoringCase(path.substr(0, kClass.size()), kClass)) return std::nullopt;
+  const std::wstring_view parent = path.substr(0, kClass.size());
+  if (parent != kClass && !EqualIgnoringCase(parent, kClass)) return std::nullopt;
   unsigned int number = 0;
   for (const wchar_t digit : path.substr(kClass.size())) {
     if (digit < L'0' || digit > L'9') return std::nullopt;

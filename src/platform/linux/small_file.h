@@ -22,6 +22,11 @@ std::optional<std::string> ReadSmallFile(const std::filesystem::path& path);
 /// The same without the newline that the kernel ends an attribute with.
 std::optional<std::string> ReadAttribute(const std::filesystem::path& path);
 
+/// The same for paths in plain text, which spares the taking apart of paths, and for paths below an opened
+/// folder.
+std::optional<std::string> ReadAttribute(const std::string& path);
+std::optional<std::string> ReadAttribute(int folder, const std::string& path);
+
 /// The whole number that an attribute holds; nothing when there is none, or more than the number.
 std::optional<std::int64_t> ReadNumber(const std::filesystem::path& path);
 
@@ -30,5 +35,6 @@ bool WriteExisting(const std::filesystem::path& path, std::string_view text);
 
 /// Names in the folder `path`, sorted, without "." and ".."; nothing when it cannot be read.
 std::optional<std::vector<std::string>> ListNames(const std::filesystem::path& path);
+std::optional<std::vector<std::string>> ListNames(const std::string& path);
 
 }  // namespace velmora::os

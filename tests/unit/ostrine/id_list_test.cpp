@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace ostrine {
 namespace {
@@ -22,6 +25,130 @@ constexpr std::string_view kList =
     "9005  Adaptec\r\n"
     "C 02  Network controller\n"
     "\t80  Network controller\n";
+
+/// A list of which each look shows no more than it must, and which counts the bytes that it has shown.
+class Pieces : public ListInPieces {
+ public:
+  explicit Pieces(std::string_view text) : text_(text) {}
+  std::size_t Size() const override { return text_.size(); }
+  std::string_view From(std::size_t offset) override {
+    const std::size_t end = std::min(text_.find('\n', offset), text_.size() - 1) + 1;
+    shown_ += end - offset;
+    return text_.substr(offset, end - offset);
+  }
+  std::size_t Shown() const { return shown_; }
+
+ private:
+  std::string_view text_;
+  std::size_t shown_ = 0;
+};
+
+/// The numbers of a list, each with its name.
+struct Entry {
+  std::uint16_t number = 0;
+  std::vector<Entry> below{};
+};
+
+std::vector<Entry> RandomEntries(std::mt19937& random, std::size_t most, int depth) {
+  std::vector<Entry> entries;
+  std::vector<std::uint16_t> taken;
+  for (auto count = random() % (most + 1); count > 0; --count) {
+    const auto number = static_cast<std::uint16_t>(random() % 4096);
+    if (std::find(taken.begin(), taken.end(), number) != taken.end()) continue;
+    taken.push_back(number);
+    Entry entry{number};
+    // A few vendors have most of the devices.
+    if (depth > 0) entry.below = RandomEntries(random, random() % 8 == 0 ? 600 : 4, depth - 1);
+    entries.push_back(std::move(entry));
+  }
+  return entries;
+}
+
+void Write(std::vector<Entry> entries, bool is_sorted, const std::string& start, std::mt19937& random,
+           std::string& list) {
+  if (is_sorted) std::ranges::sort(entries, {}, &Entry::number);
+  for (const Entry& entry : entries) {
+    if (random() % 50 == 0) list += random() % 2 == 0 ? "# a comment\n" : "\n";
+    char digits[5];
+    std::snprintf(digits, sizeof digits, "%04x", static_cast<unsigned>(entry.number));
+    // Below a device stand subsystems, of two numbers.
+    const std::string second = start == "\t\t" ? std::string(digits) + " " : "";
+    list += start + digits + " " + second + " name " + std::to_string(random()) +
+            (random() % 9 == 0 ? "\r\n" : "\n");
+    Write(entry.below, is_sorted, start + "\t", random, list);
+  }
+}
+
+void ExpectTheSameNames(std::string_view list, const ListedNumbers& numbers, bool is_sorted) {
+  const ListedNames linear = FindListedNames(list, numbers);
+  Pieces pieces(list);
+  const auto halved = FindNamesByHalves(pieces, numbers);
+  if (is_sorted) {
+    EXPECT_EQ(halved.has_value(), linear.vendor.data() != nullptr);
+  }
+  if (!halved) return;  // then the list is gone through as a whole
+  EXPECT_EQ(halved->vendor, linear.vendor);
+  EXPECT_EQ(halved->device, linear.device);
+  EXPECT_EQ(halved->subsystem, linear.subsystem);
+}
+
+TEST(IdListByHalves, HasTheSameNamesAsTheWholeListSortedOrNot) {
+  std::mt19937 random(11);
+  for (int i = 0; i < 60; ++i) {
+    const bool is_sorted = i % 2 == 0;
+    const auto vendors = RandomEntries(random, i % 5 == 0 ? 3 : 120, 2);
+    std::string list = "# a list\n";
+    Write(vendors, is_sorted, "", random, list);
+    list += "C 02  Network controller\n\t80  Network controller\n";
+    for (const Entry& vendor : vendors) {
+      for (std::size_t j = 0; j < std::min<std::size_t>(vendor.below.size(), 5); ++j) {
+        const Entry& device = vendor.below[random() % vendor.below.size()];
+        const std::uint16_t sub = device.below.empty() ? 1 : device.below.back().number;
+        ExpectTheSameNames(list, {vendor.number, device.number, sub, sub}, is_sorted);
+      }
+      ExpectTheSameNames(list, {vendor.number, static_cast<std::uint16_t>(random() % 4096)}, is_sorted);
+    }
+    ExpectTheSameNames(list, {static_cast<std::uint16_t>(random() % 4096), 1}, is_sorted);
+  }
+}
+
+TEST(IdListByHalves, LooksAtLittleOfALongList) {
+  std::string list;
+  for (unsigned vendor = 0; vendor < 40'000; ++vendor) {
+    char line[64];
+    std::snprintf(line, sizeof line, "%04x  Vendor %u\n\t0001  Device\n", vendor, vendor);
+    list += line;
+    // One with a tenth of the list.
+    for (unsigned device = 2; vendor == 25'000 && device < 10'000; ++device) {
+      std::snprintf(line, sizeof line, "\t%04x  Device %u\n", device, device);
+      list += line;
+    }
+  }
+  for (const auto vendor : std::initializer_list<std::uint16_t>{0, 12'345, 25'000, 25'001, 39'999}) {
+    Pieces pieces(list);
+    const auto names = FindNamesByHalves(pieces, {.vendor = vendor, .device = 1});
+    ASSERT_TRUE(names);
+    EXPECT_EQ(names->vendor, "Vendor " + std::to_string(vendor));
+    EXPECT_EQ(names->device, "Device");
+    EXPECT_LT(pieces.Shown(), list.size() / (vendor == 25'000 ? 2 : 8)) << vendor;
+  }
+}
+
+TEST(IdListByHalves, HasNothingForAnUnknownVendorOrOutOfAnEmptyList) {
+  Pieces pieces(kList);
+  EXPECT_EQ(FindNamesByHalves(pieces, {.vendor = 0xFFFF}), std::nullopt);
+  Pieces empty("");
+  EXPECT_EQ(FindNamesByHalves(empty, {.vendor = 0x8086}), std::nullopt);
+}
+
+TEST(IdListByHalves, EndsWhereTheListCanNotBeRead) {
+  class Unreadable : public ListInPieces {
+    std::size_t Size() const override { return 1 << 20; }
+    std::string_view From(std::size_t) override { return {}; }
+  };
+  Unreadable list;
+  EXPECT_EQ(FindNamesByHalves(list, {.vendor = 0x8086}), std::nullopt);
+}
 
 TEST(IdList, KnowsVendorDeviceAndSubsystem) {
   const auto names = FindListedNames(kList, {0x8086, 0x51F0, 0x8086, 0x0094});

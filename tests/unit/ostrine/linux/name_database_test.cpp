@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <string>
+
 #include "tests/unit/ostrine/linux/fake_root.h"
 #include "tests/unit/ostrine/linux/hardware_database.h"
 
@@ -54,6 +57,27 @@ TEST_F(Names, ComeFromTheListsAloneWithoutADatabase) {
   NameDatabase names(root_.Path());
   EXPECT_EQ(names.Find(kWireless).model, "Device of the list");
   EXPECT_EQ(names.Find("usb:v8087p0033d0000dcE0dsc01dp01icE0isc01ip01in00").model, "AX211 Bluetooth");
+}
+
+TEST_F(Names, ComeFromAListThatIsNotSorted) {
+  std::string list;
+  for (int vendor = 0x9000; vendor < 0x9400; ++vendor) {
+    char line[32];
+    std::snprintf(line, sizeof line, "%04x  A vendor\n", vendor);
+    list += line;
+  }
+  root_.Write("usr/share/misc/pci.ids", list + "8086  Out of its place\n\t51f0  A device\n");
+  NameDatabase names(root_.Path());
+  EXPECT_EQ(names.Find(kWireless).vendor, "Out of its place");
+  EXPECT_EQ(names.Find(kWireless).model, "A device");
+}
+
+TEST_F(Names, ComeFromALineThatIsLongerThanWhatIsReadAtOnce) {
+  const std::string model(100'000, 'x');
+  root_.Write("usr/share/misc/pci.ids", "8086  Intel\n\t51f0  " + model + "\n\t51f1  Another\n");
+  NameDatabase names(root_.Path());
+  EXPECT_EQ(names.Find(kWireless).model, model);
+  EXPECT_EQ(names.Find("pci:v00008086d000051F1sv00008086sd00000094bc02sc80i00").model, "Another");
 }
 
 TEST_F(Names, AreEmptyWithoutAnySource) {

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "access_recorder.h"
 #include "ostrine/linux/device.h"
 #include "platform/ostrine/deviceinformation.h"
 #include "platform/ostrine/interface_guid.h"
@@ -113,6 +114,17 @@ TEST_F(WmiOnLaptop, FindsTheDriverOfTheBluetoothRadio) {
 
 TEST_F(WmiOnLaptop, HasNoServicesWithoutABus) {
   EXPECT_EQ(Select(L"Name", L"Win32_Service Where name like '%'"), L"");
+}
+
+TEST_F(WmiOnLaptop, LooksAtNothingForAnEmptyText) {
+  test::AccessRecorder recorder(machine_.Path());
+  for (const wchar_t* const table : {L"Win32_Process WHERE Caption=''", L"Win32_NetworkAdapter WHERE Name=''",
+                                     L"Win32_NetworkAdapter WHERE Name IS NOT NULL AND GUID=''"}) {
+    EXPECT_EQ(Select(L"Name", table), L"") << table;
+  }
+  EXPECT_THAT(recorder.Opened(), testing::IsEmpty());
+  // Everything else is looked for.
+  EXPECT_NE(Select(L"Name", L"Win32_NetworkAdapter WHERE Name<>''"), L"");
 }
 
 TEST_F(WmiOnLaptop, IsEmptyElsewhere) {
