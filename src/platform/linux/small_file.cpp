@@ -57,15 +57,12 @@ bool ForEachName(const char* path, Use use) {
   for (;;) {
     const ssize_t size = getdents64(folder.Number(), entries, sizeof entries);
     if (size <= 0) return size == 0;
-    const std::size_t left = sizeof entries - static_cast<std::size_t>(size);
     for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
       const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
       at += entry->d_reclen;
       const std::string_view name = entry->d_name;
       if (name != "." && name != "..") use(name);
     }
-    // Of sysfs each read gives as much as fits: one that leaves room for any further entry is the last.
-    if (left > sizeof(dirent64)) return true;
   }
 }
 
