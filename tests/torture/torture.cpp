@@ -170,8 +170,8 @@ class Torturer {
 }  // namespace
 
 std::vector<int> PlacesToTry(int count) {
-  constexpr int kFirst = 32;
-  constexpr int kLast = 8;
+  constexpr int kFirst = kMostPlaces * 2 / 3;
+  constexpr int kLast = kMostPlaces / 6;
   constexpr int kBetween = kMostPlaces - kFirst - kLast;
   std::vector<int> places;
   const int begin_of_last = count - kLast;

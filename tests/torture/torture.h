@@ -20,7 +20,7 @@ namespace torture {
 
 /// At most so many calls and so many allocations of one run are made to go wrong: the first, the last, and
 /// evenly spread ones between. A longer run leaves the others out and says how many.
-inline constexpr int kMostPlaces = 48;
+inline constexpr int kMostPlaces = VELMORA_TORTURED_PLACES;
 
 struct Survey {
   int points = 0;    ///< runs in which something went wrong on purpose
