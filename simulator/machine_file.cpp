@@ -44,8 +44,8 @@ std::string PathOf(const std::string& path, std::string_view key) {
   return result.append(path).append("/").append(key);
 }
 
-/// Reads the fields of one object; afterwards `RefuseUnknown` names a key that no field took. What is the same for
-/// fields of every type is no template: there are hundreds.
+/// Reads the fields of one object; afterwards `RefuseUnknown` names a key that no field took. What is the
+/// same for fields of every type is no template: there are hundreds.
 class Reader {
  public:
   Reader(const Source& source, const Json& json, std::string path)
