@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <climits>
 #include <system_error>
 #include <utility>
 
@@ -36,10 +35,8 @@ bool IsNumbered(std::string_view name, std::string_view stem) {
 
 /// Reads the place out of where the kernel's link leads; the folders on the way are not looked at.
 BlockPlace PlaceOfLink(const std::string& link) {
-  std::array<char, PATH_MAX> target;
-  const ssize_t size = readlink(link.c_str(), target.data(), target.size());
-  if (size <= 0) return {};
-  std::string_view rest(target.data(), static_cast<std::size_t>(size));
+  const std::string target = LinkTarget(link);
+  std::string_view rest = target;
   BlockPlace place;
   while (!rest.empty()) {
     const std::string_view part = rest.substr(0, rest.find('/'));

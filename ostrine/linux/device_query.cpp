@@ -65,13 +65,16 @@ std::vector<std::wstring> DeviceQuery::HardwareIds() const {
   return ids;
 }
 
+DeviceQuery::Devices DeviceQuery::ListUpToBearer(std::wstring_view hardware_id) const {
+  if (hardware_id.empty() || setup_class_ == SetupClass::kNone) return {};
+  const auto is_bearer = [&](const Device& device) { return IsNamedBy(device, hardware_id); };
+  Devices devices = ListDevicesUpTo(root_, setup_class_, is_bearer);
+  return devices.empty() || !is_bearer(devices.back()) ? Devices() : devices;
+}
+
 DeviceQuery::Devices DeviceQuery::ListUpTo(LookUp by, std::wstring_view name, NameDatabase& names) const {
-  if (name.empty() || setup_class_ == SetupClass::kNone) return {};
-  if (by == LookUp::kHardwareId) {
-    const auto is_meant = [&](const Device& device) { return IsNamedBy(device, name); };
-    Devices devices = ListDevicesUpTo(root_, setup_class_, is_meant);
-    return devices.empty() || !is_meant(devices.back()) ? Devices() : devices;
-  }
+  if (by == LookUp::kHardwareId) return ListUpToBearer(name);
+  if (name.empty()) return {};
   Devices devices = List();
   const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& device) {
     return EqualIgnoringCase(Describe(device, names), name);
@@ -124,14 +127,12 @@ std::uint32_t DeviceQuery::Number(LookUp by, std::wstring_view name, enmDEVICE_P
 }
 
 std::uint64_t DeviceQuery::InstallTime(std::wstring_view hardware_id) const {
-  NameDatabase names(root_);
-  const Devices devices = ListUpTo(LookUp::kHardwareId, hardware_id, names);
+  const Devices devices = ListUpToBearer(hardware_id);
   return devices.empty() ? 0 : DriverInstallTime(root_, DriverOf(root_, devices.back()));
 }
 
 std::uint32_t DeviceQuery::Remove(std::wstring_view hardware_id) const {
-  NameDatabase names(root_);
-  const Devices devices = ListUpTo(LookUp::kHardwareId, hardware_id, names);
+  const Devices devices = ListUpToBearer(hardware_id);
   return devices.empty() ? kErrorNoSuchDevice : RemoveDevice(devices.back());
 }
 

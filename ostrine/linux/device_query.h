@@ -38,7 +38,8 @@ class DeviceQuery {
   using Devices = std::vector<Device>;
 
   Devices List() const;
-  /// The devices up to the first that is meant; empty when there is none.
+  // The devices up to the first that is meant; none when there is none.
+  Devices ListUpToBearer(std::wstring_view hardware_id) const;
   Devices ListUpTo(LookUp by, std::wstring_view name, NameDatabase& names) const;
   std::wstring TextOf(const Devices& up_to, enmDEVICE_PROPERTY property, NameDatabase& names) const;
 

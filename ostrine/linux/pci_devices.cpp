@@ -1,28 +1,12 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
-#include <variant>
 
-#include "ostrine/common/modalias.h"
 #include "ostrine/linux/bus_devices.h"
 #include "ostrine/linux/wanted_class.h"
 
 namespace ostrine {
 namespace {
-
-/// Whether the numbers of a paravirtual function say that it is of another kind than a network card: then its
-/// driver makes no interface of it.
-bool IsOtherThanNetworkCard(std::string_view modalias) {
-  const auto parsed = ParseModalias(modalias);
-  const auto* alias = std::get_if<PciAlias>(&parsed);
-  constexpr std::uint16_t kVendor = 0x1AF4;
-  constexpr std::uint16_t kFirst = 0x1040;
-  constexpr std::uint16_t kLast = 0x107F;
-  constexpr std::uint16_t kNetworkCard = 1;
-  // Older ones have other numbers.
-  return alias != nullptr && alias->vendor == kVendor && alias->device >= kFirst && alias->device <= kLast &&
-         alias->device - kFirst != kNetworkCard;
-}
 
 /// What one function is, found out step by step.
 class PciFunction {
@@ -48,9 +32,7 @@ class PciFunction {
   }
 
   // Facts that decide its class.
-  bool HasNetworkInterface() const {
-    return !IsOtherThanNetworkCard(modalias_) && bus_.Exists(FunctionPath() + "/net");
-  }
+  bool HasNetworkInterface() const { return bus_.Exists(FunctionPath() + "/net"); }
   bool HasBluetoothRadio() const { return bus_.Exists(address_ + "/bluetooth"); }
   static bool IsFingerprintReader() { return false; }
   static bool IsComposite() { return false; }

@@ -202,6 +202,8 @@ Path ResolveBelow(const Path& path, const Path& folder) {
   return ResolveWithin(path.c_str(), folder.native());
 }
 
+std::string LinkTarget(const std::string& path) { return TargetOf(AT_FDCWD, path.c_str()); }
+
 bool Exists(const Path& path) { return IsThere(AT_FDCWD, path.c_str()); }
 
 std::string LineValue(std::string_view text, std::string_view key) {

@@ -39,6 +39,9 @@ Path ResolveBelow(const Path& path, const Path& folder);
 
 bool Exists(const Path& path);
 
+/// Where the link `path` points, as it says itself; empty for anything that is not a link.
+std::string LinkTarget(const std::string& path);
+
 /// A folder that is opened once, for those who look at many things below it: what the functions above do, for
 /// paths that begin at the folder ("0000:00:02.0/driver"). One that cannot be opened has nothing in it.
 class Folder {

@@ -44,8 +44,8 @@ struct ProcessInformation {
 /// Opens the process `process_id`, which was found by `caption`, with the rights `access` (1: to end it);
 /// null with the last error on failure: 87 no such process, 5 not permitted. The handle means this very
 /// process, also when its number is used again. Where a number may by now be another process's, that process
-/// is not opened unless it has the caption too (87); Windows does not let a handle's rights to end it ask for
-/// that.
+/// is not opened unless it has the caption too (87). Windows does not look at it: a handle with the right to
+/// end a process may not ask for its name.
 Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id, std::wstring_view caption);
 
 /// Ends the process at once with `exit_code`; false with the last error when it could not be ended.
