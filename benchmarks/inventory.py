@@ -61,10 +61,10 @@ def main():
     network = str(programs / "velmora_network")
     none, one = seconds([network, "0"], [network, "1"], runs=SHORT_RUNS)
     line("  the whole network section", f"{(one - none) * 1000:.2f} ms", "5 ms", one - none < 0.005)
-    floors = [[str(programs / "velmora_floor_empty")], [str(programs / "velmora_floor_logging")], [program, "0"]]
+    floors = [[str(programs / "velmora_floor_empty")], [program, "0"]]
     whole, *floors = seconds([program, "1"], *floors, runs=SHORT_RUNS)
     line("  as a whole process", f"{whole * 1000:.2f} ms", "3 ms", whole < 0.003)
-    for name, one in zip(("an empty C++ program", "one that loads log4cxx", "one that loads Velmora"), floors):
+    for name, one in zip(("an empty C++ program", "one that only loads Velmora"), floors):
         print(f"    {name:<48}{one * 1000:>13.2f} ms")
     others = seconds(*(["/bin/sh", "-c", command] for command in OTHERS))
     told, = seconds([report, "--json"])

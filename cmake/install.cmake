@@ -7,6 +7,9 @@ install(TARGETS velmora velmora_logging ostrine EXPORT VelmoraTargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(TARGET velmora_log_writer)
+  install(TARGETS velmora_log_writer LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_SKIP)  # found by its soname
+endif()
 # Always below lib/, where the report program looks for its sibling.
 install(TARGETS velmora_simulated
         RUNTIME DESTINATION lib/velmora-simulated

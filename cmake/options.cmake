@@ -80,8 +80,11 @@ endfunction()
 # What every shared library of ours is linked with.
 function(velmora_shared_library target)
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-  if(NOT WIN32 AND NOT VELMORA_SANITIZE)
-    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  if(NOT WIN32)
+    target_link_options(${target} PRIVATE -Wl,--as-needed)  # nothing is loaded that is not called
+    if(NOT VELMORA_SANITIZE)
+      target_link_options(${target} PRIVATE -Wl,-z,defs)
+    endif()
   endif()
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})

@@ -1,13 +1,8 @@
 #include "platform/logging.h"
 
-#include <log4cxx/helpers/loglog.h>
-#include <log4cxx/helpers/transcoder.h>
-#include <log4cxx/level.h>
-#include <log4cxx/spi/location/locationinfo.h>
-
 #include <cerrno>
-#include <type_traits>
 
+#include "logging/log_writer.h"
 #include "logging/propertyconfiguratorex.h"
 #include "platform/os/last_error.h"
 #include "platform/os/text.h"
@@ -16,29 +11,7 @@
 namespace velmora::logging {
 namespace {
 
-using log4cxx::spi::LocationInfo;
-
 const log4cxx::LoggerPtr& HostLogger() { return log4cxx::PropertyConfiguratorEx::m_objLoggerPtr; }
-
-/// The file's name without its folders. Points into `path`, as the location keeps only pointers.
-const char* ShortName(const char* path) {
-  const char* name = path;
-  for (const char* c = path; *c != '\0'; ++c) {
-    if (*c == '/' || *c == '\\') name = c + 1;
-  }
-  return name;
-}
-
-/// Releases of the logging library differ in whether a location names the short file too.
-template <class Location>
-Location MakeLocation(const std::source_location& from) {
-  const auto line = static_cast<int>(from.line());
-  if constexpr (std::is_constructible_v<Location, const char*, const char*, const char*, int>) {
-    return Location(from.file_name(), ShortName(from.file_name()), from.function_name(), line);
-  } else {
-    return Location(from.file_name(), from.function_name(), line);
-  }
-}
 
 std::wstring WidenAll(const std::string& narrow) {
   if (narrow.empty()) return {};
@@ -54,15 +27,14 @@ std::wstring WidenAll(const std::string& narrow) {
 bool IsEnabled(Level level) {
   const auto& logger = HostLogger();
   if (!logger) return false;
-  return level == Level::kDebug ? logger->isDebugEnabled() : logger->isErrorEnabled();
+  const LogWriter* const writer = FindLogWriter();
+  return writer != nullptr && writer->is_enabled(*logger, level);
 }
 
 void Write(Level level, const std::wstring& text, const std::source_location& location) {
-  // Handing over the library's own text form keeps the process locale out of the conversion.
-  log4cxx::LogString message;
-  log4cxx::helpers::Transcoder::decodeUTF8(unicode::Utf8FromWide(text), message);
-  const auto log_level = level == Level::kDebug ? log4cxx::Level::getDebug() : log4cxx::Level::getError();
-  HostLogger()->forcedLogLS(log_level, message, MakeLocation<LocationInfo>(location));
+  if (const LogWriter* const writer = FindLogWriter()) {
+    writer->write(*HostLogger(), level, unicode::Utf8FromWide(text), location);
+  }
 }
 
 void Write(Level level, const std::string& text, const std::source_location& location) {
@@ -71,7 +43,7 @@ void Write(Level level, const std::string& text, const std::source_location& loc
 
 void ReportFailure() noexcept {
   try {
-    log4cxx::helpers::LogLog::error(LOG4CXX_STR("An log4cxx exception occurred."));
+    if (const LogWriter* const writer = FindLogWriter()) writer->report_failure();
   } catch (...) {  // there is no channel left to report through
   }
 }

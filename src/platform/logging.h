@@ -14,12 +14,11 @@
 #include <string>
 #include <utility>
 
+#include "logging/level.h"
 #include "platform/log_line.h"
 
 namespace velmora {
 namespace logging {
-
-enum class Level { kDebug, kError };
 
 /// Whether the host's logger exists and takes lines of this level.
 bool IsEnabled(Level level);

@@ -29,7 +29,7 @@ TEXT = r'"platform/(unicode|case_folding|process_caption|text_search)\.h"'  # pu
 PLATFORM = r'"platform/\w+\.h"'
 SUBSYSTEMS = "inventory|power|devices|bluetooth|system|network"
 DECISION = rf'"({SUBSYSTEMS})/\w+\.h"'
-LOGGING = r'"logging/propertyconfiguratorex\.h"'
+LOGGING = r'"logging/\w+\.h"'
 LOG4CXX = r"<log4cxx/.*>"
 HOST = r"<velmora/\w+\.h>"
 REPORT = r'"velmora-report/\w+\.h"'
@@ -42,7 +42,7 @@ RULES = [
     (r"src/platform/os/\w+\.h", [CONTRACTS, r'"velmora/export\.h"']),
     (r"src/platform/windows/\w+\.(h|cpp)", [ANY_SYSTEM, CONTRACTS, PLATFORM, r'"platform/windows/\w+\.h"']),
     (r"src/platform/linux/\w+\.(h|cpp)", [ANY_SYSTEM, CONTRACTS, PLATFORM, r'"platform/linux/\w+\.h"']),
-    (r"src/platform/logging\.cpp", [CONTRACTS, PLATFORM, LOGGING, LOG4CXX]),
+    (r"src/platform/logging\.(h|cpp)", [CONTRACTS, PLATFORM, LOGGING]),
     (r"src/platform/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM]),
     (rf"src/({SUBSYSTEMS})/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM, DECISION]),
     (r"ostrine/common/cpuid_instruction\.cpp", [r"<cpuid\.h>", r'"ostrine/common/\w+\.h"']),
@@ -52,7 +52,8 @@ RULES = [
     (r"simulator/(sections/)?\w+\.(h|cpp)",
      [CONTRACTS, TEXT, r'"simulator/(sections/)?\w+\.h"', r'"ostrine/common/\w+\.h"', r"<nlohmann/json\.hpp>",
       r'"velmora/export\.h"']),
-    (r"logging/\w+\.(h|cpp)", [LOGGING, LOG4CXX]),
+    (r"logging/linux/\w+\.cpp", [LOGGING, r"<dlfcn\.h>"]),
+    (r"logging/(windows/)?\w+\.(h|cpp)", [LOGGING, LOG4CXX]),
     (r"tools/velmora-report/(windows|linux)/\w+\.(h|cpp)",
      [ANY_SYSTEM, REPORT, r'"velmora-report/{1}/\w+\.h"']),
     (r"tools/velmora-report/simulated/\w+\.cpp", [REPORT]),

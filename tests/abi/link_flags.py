@@ -24,13 +24,13 @@ def without_flag(ninja, libraries):
     return [library for library in libraries if library not in flagged]
 
 
-LOADED_LATE = ("libsystemd.so.0",)  # brings half a dozen others along
+LOADED_LATE = ("libsystemd.so.", "liblog4cxx.so.")  # each brings half a dozen others along
 
 
 def loaded_at_start(dynamic_section):
     """The libraries that are loaded with one although only some questions need them, from what `readelf -d` prints."""
     needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic_section)
-    return [name for name in needed if name in LOADED_LATE]
+    return [name for name in needed if name.startswith(LOADED_LATE)]
 
 
 def main(ninja_file, libraries):

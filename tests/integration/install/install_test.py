@@ -43,13 +43,15 @@ class Case(unittest.TestCase):
     def library_folder(self):
         return next(self.prefix.glob("lib/**/pkgconfig/velmora.pc")).parents[1]
 
-    def cmake_host(self, name):
-        """Builds the host in the way of CMake projects; its folder."""
+    def cmake_hosts(self):
+        """The folder of the hosts, built once in the way of CMake projects."""
+        build = self.folder / "hosts"
+        if build.exists():
+            return build
         package = next(self.prefix.glob("lib/**/VelmoraConfig.cmake")).parent
         # A cross build looks for packages nowhere but in its sysroot, so it is told.
         where = f"-DVelmora_DIR={package}" if IS_WINDOWS else f"-DCMAKE_PREFIX_PATH={self.prefix}"
         how = f"-DCMAKE_TOOLCHAIN_FILE={TOOLCHAIN}" if IS_WINDOWS else f"-DCMAKE_CXX_COMPILER={COMPILER}"
-        build = self.folder / name
         run("cmake", "-G", "Ninja", "-S", HERE / "host", "-B", build, where, how)
         run("cmake", "--build", build)
         return build
@@ -57,6 +59,9 @@ class Case(unittest.TestCase):
     def assert_is_report(self, output):
         """A machine's firmware may tell its product or not; the host prints one line."""
         self.assertRegex(output, r"\A[^\n]+\n\Z")
+
+    def assert_is_log(self, output):
+        self.assertRegex(output, r"\ADEBUG CBattery::GetBatteryPercent: dwPercent=\d+.*\n\Z")
 
     def expected_product(self):
         return json.loads(MACHINE.read_text(encoding="utf-8"))["baseboard"]["product"]
@@ -83,7 +88,21 @@ class OnEverySystem(Case):
 
 class OnLinux(Case):
     def test_a_cmake_host_runs_on_this_machine_as_it_was_built(self):
-        self.assert_is_report(run(self.cmake_host("cmake_host") / "host"))
+        self.assert_is_report(run(self.cmake_hosts() / "host"))
+
+    def test_a_host_without_a_logger_does_not_load_the_logging_library(self):
+        self.assertNotIn("liblog4cxx.so", run("ldd", self.cmake_hosts() / "host"))
+        self.assertIn("liblog4cxx.so", run("ldd", self.cmake_hosts() / "logging_host"))
+
+    def test_a_host_with_a_logger_gets_the_librarys_lines(self):
+        self.assert_is_log(run(self.cmake_hosts() / "logging_host"))
+
+    def test_a_host_with_a_logger_runs_on_silently_when_the_writer_is_missing(self):
+        program = self.cmake_hosts() / "logging_host"
+        for writer in self.library_folder().glob("libvelmora-log-writer.so*"):
+            writer.rename(writer.with_name("aside-" + writer.name))
+            self.addCleanup(writer.with_name("aside-" + writer.name).rename, writer)
+        self.assertEqual(run(program), "")
 
     def pkg_config_host(self):
         flags = run("pkg-config", "--cflags", "--libs", "velmora",
@@ -102,10 +121,10 @@ class OnLinux(Case):
 
 
 class OnWindows(Case):
-    def run_host(self, libraries, **environment):
-        """Runs the host under Wine in a folder of its own with copies of the libraries."""
-        program = Path(tempfile.mkdtemp(dir=self.folder)) / "host.exe"
-        shutil.copy(self.cmake_host("host") / "host.exe", program)
+    def run_host(self, libraries, name="host", **environment):
+        """Runs a host under Wine in a folder of its own with copies of the libraries."""
+        program = Path(tempfile.mkdtemp(dir=self.folder)) / f"{name}.exe"
+        shutil.copy(self.cmake_hosts() / program.name, program)
         for library in libraries:
             shutil.copy(library, program.parent)
         output = run(REPOSITORY / "scripts/wine-run", program, **environment)
@@ -113,6 +132,9 @@ class OnWindows(Case):
 
     def test_a_host_runs_with_the_libraries_beside_it(self):
         self.assert_is_report(self.run_host((self.prefix / "bin").glob("*.dll")))
+
+    def test_a_host_with_a_logger_gets_the_librarys_lines(self):
+        self.assert_is_log(self.run_host((self.prefix / "bin").glob("*.dll"), "logging_host"))
 
     def test_the_simulated_library_takes_the_place_of_the_real_one(self):
         simulated = (self.prefix / "lib/velmora-simulated").glob("*.dll")
