@@ -35,13 +35,24 @@ bool IsEnabled(const log4cxx::Logger& logger, Level level) {
   return level == Level::kDebug ? logger.isDebugEnabled() : logger.isErrorEnabled();
 }
 
+/// The line in the logging library's own text form, which keeps the process locale out of the conversion. The
+/// form is UTF-8 but for rare builds, and the library would copy it character by character.
+template <class Text>
+Text OwnForm(std::string_view line) {
+  if constexpr (std::is_same_v<Text, std::string>) {
+    return Text(line);
+  } else {
+    Text own;
+    log4cxx::helpers::Transcoder::decodeUTF8(std::string(line), own);
+    return own;
+  }
+}
+
 void Write(const log4cxx::Logger& logger, Level level, std::string_view line,
            const std::source_location& location) {
-  // Handing over the library's own text form keeps the process locale out of the conversion.
-  log4cxx::LogString message;
-  log4cxx::helpers::Transcoder::decodeUTF8(std::string(line), message);
   const auto log_level = level == Level::kDebug ? log4cxx::Level::getDebug() : log4cxx::Level::getError();
-  logger.forcedLogLS(log_level, message, MakeLocation<log4cxx::spi::LocationInfo>(location));
+  logger.forcedLogLS(log_level, OwnForm<log4cxx::LogString>(line),
+                     MakeLocation<log4cxx::spi::LocationInfo>(location));
 }
 
 void ReportFailure() { log4cxx::helpers::LogLog::error(LOG4CXX_STR("An log4cxx exception occurred.")); }
