@@ -49,18 +49,19 @@ function(velmora_sources result)
     if(SOURCES_EXCEPT)
       list(FILTER found EXCLUDE REGEX "/(${SOURCES_EXCEPT})[.]cpp$")
     endif()
-    if(VELMORA_JOIN AND found)
-      velmora_join(found ${folder} ${found})
-    endif()
     list(APPEND all ${found})
   endforeach()
+  if(VELMORA_JOIN AND all)
+    velmora_join(all ${result} ${all})
+  endif()
   set(${result} ${all} PARENT_SCOPE)
 endfunction()
 
-# velmora_join(RESULT FOLDER SOURCE...): sources in the build folder that each include a group of those given.
-function(velmora_join result folder)
+# velmora_join(RESULT NAME SOURCE...): sources in the build folder, named after NAME, that each include a group of those
+# given. A group is as long as keeps the compiler busy for some ten seconds.
+function(velmora_join result name)
   set(script ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
-  execute_process(COMMAND /usr/bin/python3 ${script} 8 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
+  execute_process(COMMAND /usr/bin/python3 ${script} 60000 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
   # A source may have got a name that another of its group has.
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script} ${ARGN})
@@ -70,7 +71,7 @@ function(velmora_join result folder)
   foreach(group IN LISTS groups)
     string(REPLACE "|" "\"\n#include \"" text "#include \"${group}\"\n")
     list(LENGTH joined number)
-    set(source ${CMAKE_BINARY_DIR}/joined/${folder}/${number}.cpp)
+    set(source ${CMAKE_BINARY_DIR}/joined/${name}/${number}.cpp)
     file(CONFIGURE OUTPUT ${source} CONTENT "${text}" @ONLY)  # left alone when it is as before
     list(APPEND joined ${source})
   endforeach()

@@ -8,17 +8,17 @@
 namespace ostrine {
 namespace {
 
-struct Table {
+struct AudioTable {
   std::uint32_t zero = 0;
   std::uint32_t count = 0;
 };
-static_assert(sizeof(Table) == velmora::hal::kTableHeadSize);
+static_assert(sizeof(AudioTable) == velmora::hal::kTableHeadSize);
 
 }  // namespace
 
 bool PrepareAudio(void** table) {
   if (table == nullptr) return true;
-  const Table content{.count = CountAudioDevices()};
+  const AudioTable content{.count = CountAudioDevices()};
   void* const bytes = std::malloc(sizeof content);
   if (bytes == nullptr) return false;
   std::memcpy(bytes, &content, sizeof content);

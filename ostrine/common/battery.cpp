@@ -5,7 +5,7 @@
 namespace ostrine {
 namespace {
 
-bool Give(Answer& answer, const std::string& text) { return !text.empty() && answer.NarrowText(text); }
+bool GiveText(Answer& answer, const std::string& text) { return !text.empty() && answer.NarrowText(text); }
 
 bool GiveThresholds(const BatterySystem& system, Answer& answer) {
   const auto thresholds = system.Thresholds();
@@ -22,9 +22,9 @@ bool GiveAcLine(const BatterySystem& system, Answer& answer) {
 bool AnswerBattery(const BatterySystem& system, unsigned int information_id, Answer& answer) {
   switch (static_cast<BatteryFact>(information_id)) {
     case BatteryFact::kManufacturer:
-      return Give(answer, CombinedManufacturer(system.Batteries()));
+      return GiveText(answer, CombinedManufacturer(system.Batteries()));
     case BatteryFact::kName:
-      return Give(answer, CombinedName(system.Batteries()));
+      return GiveText(answer, CombinedName(system.Batteries()));
     case BatteryFact::kAcLine:
       return GiveAcLine(system, answer);
     case BatteryFact::kThresholdsToRead:

@@ -8,12 +8,12 @@
 namespace ostrine {
 namespace {
 
-struct FirmwareName {
+struct KnownFirmware {
   std::string_view start;
   std::string_view name;
 };
 
-constexpr FirmwareName kFirmwareNames[] = {
+constexpr KnownFirmware kFirmwareNames[] = {
     {"PNP0000", "Programmable interrupt controller"},
     {"PNP0100", "System timer"},
     {"PNP0103", "High precision event timer"},
@@ -93,7 +93,7 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view FirmwareDeviceName(const std::vector<std::string>& ids) noexcept {
   for (const std::string& id : ids) {
-    for (const FirmwareName& known : kFirmwareNames) {
+    for (const KnownFirmware& known : kFirmwareNames) {
       if (id.starts_with(known.start)) return known.name;
     }
   }

@@ -13,17 +13,17 @@ namespace {
 using velmora::hal::DeviceRecord;
 using velmora::hal::kTableHeadSize;
 
-struct TableHead {
+struct DiskTableHead {
   std::uint32_t zero = 0;
   std::uint32_t count = 0;
 };
-static_assert(sizeof(TableHead) == kTableHeadSize);
+static_assert(sizeof(DiskTableHead) == kTableHeadSize);
 
 /// More disks than any machine has.
 constexpr std::uint32_t kMostDisks = 4096;
 
 /// The record may stand at any address.
-DeviceRecord Load(const void* device) {
+DeviceRecord LoadRecord(const void* device) {
   DeviceRecord record;
   std::memcpy(&record, device, sizeof record);
   return record;
@@ -73,7 +73,7 @@ bool PrepareDisks(void** table) {
   if (count > kMostDisks) return false;
   auto* const bytes = static_cast<std::uint8_t*>(std::malloc(kTableHeadSize + sizeof(DeviceRecord) * count));
   if (bytes == nullptr) return false;
-  const TableHead head{.count = count};
+  const DiskTableHead head{.count = count};
   std::memcpy(bytes, &head, sizeof head);
   for (std::uint32_t i = 0; i < count; ++i) {
     const DeviceRecord record{.number = i};
@@ -86,12 +86,12 @@ bool PrepareDisks(void** table) {
 bool QueryDisk(void* device, unsigned int information_id, Answer& answer) {
   const auto fact = static_cast<DiskFact>(information_id);
   if (device == nullptr) return fact == DiskFact::kCount && answer.Number(CountDisks());
-  const DeviceRecord record = Load(device);
+  const DeviceRecord record = LoadRecord(device);
   return record.handle != 0 && AnswerDisk(record.handle, fact, answer);
 }
 
 bool OpenDisk(void* device_record) {
-  DeviceRecord record = Load(device_record);
+  DeviceRecord record = LoadRecord(device_record);
   if (record.handle != 0) return false;
   const auto handle = OpenDiskHandle(record.number);
   if (!handle) return false;
@@ -101,7 +101,7 @@ bool OpenDisk(void* device_record) {
 }
 
 bool CloseDisk(void* device_record) {
-  DeviceRecord record = Load(device_record);
+  DeviceRecord record = LoadRecord(device_record);
   if (record.handle == 0 || !CloseDiskHandle(record.handle)) return false;
   record.handle = 0;
   std::memcpy(device_record, &record, sizeof record);

@@ -18,7 +18,9 @@ std::uint64_t Little(Bytes bytes, std::size_t offset, std::size_t width) {
   return value;
 }
 
-std::string_view Text(Bytes bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
+std::string_view Characters(Bytes bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 /// Text whose two characters in each word stand the wrong way round.
 std::string Turned(std::string_view text) {
@@ -62,7 +64,7 @@ std::optional<DiskIdentity> ParseAtaIdentity(Bytes data) {
   constexpr std::size_t kSize = 512;
   if (data.size() < kSize) return std::nullopt;
   const auto field = [&](std::size_t offset, std::size_t length) {
-    return CleanDiskText(Turned(Text(data.subspan(offset, length))));
+    return CleanDiskText(Turned(Characters(data.subspan(offset, length))));
   };
   return DiskIdentity{.model = field(54, 40), .serial = field(20, 20), .firmware = field(46, 8)};
 }
@@ -77,7 +79,7 @@ std::optional<DiskIdentity> ParseAtaInformationPage(Bytes page) {
 std::optional<std::string> ParseSerialNumberPage(Bytes page) {
   const auto payload = PagePayload(page, 0x80);
   if (!payload) return std::nullopt;
-  return CleanDiskText(Text(*payload));
+  return CleanDiskText(Characters(*payload));
 }
 
 std::optional<StorageDescriptor> ParseStorageDescriptor(Bytes descriptor) {
@@ -91,7 +93,7 @@ std::optional<StorageDescriptor> ParseStorageDescriptor(Bytes descriptor) {
     const auto offset = static_cast<std::size_t>(Little(bytes, offset_at, 4));
     // An offset of 0, or of all ones, says that there is no text.
     if (offset < kFixedSize || offset >= bytes.size()) return {};
-    const std::string_view rest = Text(bytes.subspan(offset));
+    const std::string_view rest = Characters(bytes.subspan(offset));
     return rest.substr(0, rest.find('\0'));
   };
   return StorageDescriptor{

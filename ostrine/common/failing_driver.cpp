@@ -43,7 +43,7 @@ constexpr std::size_t kMostDrivers = 0xFFFF;
 /// A longer text is cut: no question has room for more.
 constexpr std::size_t kLongestText = velmora::hal::kNarrowTextSize;
 
-std::string_view TextOf(const FailingDriver& driver, FailingDriverFact fact) {
+std::string_view FactText(const FailingDriver& driver, FailingDriverFact fact) {
   switch (fact) {
     case FailingDriverFact::kCaption:
       return driver.caption;
@@ -64,7 +64,7 @@ std::string_view TextOf(const FailingDriver& driver, FailingDriverFact fact) {
 }
 
 std::string_view CutText(const FailingDriver& driver, FailingDriverFact fact) {
-  return TextOf(driver, fact).substr(0, kLongestText);
+  return FactText(driver, fact).substr(0, kLongestText);
 }
 
 std::size_t SizeOfTexts(const std::vector<FailingDriver>& drivers) {

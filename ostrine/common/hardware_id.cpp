@@ -10,7 +10,7 @@ namespace {
 using Ids = std::vector<std::wstring>;
 
 /// `value` in capital hexadecimal digits, filled up with zeros to at least `digits`.
-std::wstring Hex(std::uint32_t value, std::size_t digits) {
+std::wstring WideHex(std::uint32_t value, std::size_t digits) {
   std::wstring text;
   for (; value != 0 || text.size() < digits; value >>= 4) text.push_back(L"0123456789ABCDEF"[value & 15]);
   std::reverse(text.begin(), text.end());
@@ -19,9 +19,9 @@ std::wstring Hex(std::uint32_t value, std::size_t digits) {
 
 /// "USB\Class_0E&SubClass_01&Prot_00" and its two shorter forms; `label` is "Class_" or "DevClass_".
 Ids UsbClassIds(const std::wstring& label, const UsbClass& usb_class) {
-  const std::wstring base = L"USB\\" + label + Hex(usb_class.base_class, 2);
-  const std::wstring sub = base + L"&SubClass_" + Hex(usb_class.sub_class, 2);
-  return {sub + L"&Prot_" + Hex(usb_class.protocol, 2), sub, base};
+  const std::wstring base = L"USB\\" + label + WideHex(usb_class.base_class, 2);
+  const std::wstring sub = base + L"&SubClass_" + WideHex(usb_class.sub_class, 2);
+  return {sub + L"&Prot_" + WideHex(usb_class.protocol, 2), sub, base};
 }
 
 /// The kernel's own hubs stand for the ports of a host controller; their product number is the USB
@@ -63,17 +63,17 @@ struct Builder {
   DeviceIds operator()(std::monostate) const { return {}; }
 
   DeviceIds operator()(const PciAlias& alias) const {
-    const std::wstring vendor = L"PCI\\VEN_" + Hex(alias.vendor, 4);
-    const std::wstring device = vendor + L"&DEV_" + Hex(alias.device, 4);
+    const std::wstring vendor = L"PCI\\VEN_" + WideHex(alias.vendor, 4);
+    const std::wstring device = vendor + L"&DEV_" + WideHex(alias.device, 4);
     const std::wstring subsystem =
-        device + L"&SUBSYS_" + Hex(alias.subsystem_device, 4) + Hex(alias.subsystem_vendor, 4);
-    const std::wstring sub_class = L"CC_" + Hex(alias.base_class, 2) + Hex(alias.sub_class, 2);
-    const std::wstring full_class = sub_class + Hex(alias.programming_interface, 2);
+        device + L"&SUBSYS_" + WideHex(alias.subsystem_device, 4) + WideHex(alias.subsystem_vendor, 4);
+    const std::wstring sub_class = L"CC_" + WideHex(alias.base_class, 2) + WideHex(alias.sub_class, 2);
+    const std::wstring full_class = sub_class + WideHex(alias.programming_interface, 2);
 
     DeviceIds ids;
-    if (facts.pci_revision) ids.hardware.push_back(subsystem + L"&REV_" + Hex(*facts.pci_revision, 2));
+    if (facts.pci_revision) ids.hardware.push_back(subsystem + L"&REV_" + WideHex(*facts.pci_revision, 2));
     ids.hardware.push_back(subsystem);
-    if (facts.pci_revision) ids.hardware.push_back(device + L"&REV_" + Hex(*facts.pci_revision, 2));
+    if (facts.pci_revision) ids.hardware.push_back(device + L"&REV_" + WideHex(*facts.pci_revision, 2));
     ids.hardware.push_back(device);
     ids.hardware.push_back(device + L"&" + full_class);
     ids.hardware.push_back(device + L"&" + sub_class);
@@ -84,10 +84,11 @@ struct Builder {
 
   DeviceIds operator()(const UsbAlias& alias) const {
     if (const wchar_t* root_hub = RootHubId(alias)) return {{root_hub}, {}};
-    const std::wstring device = L"USB\\VID_" + Hex(alias.vendor, 4) + L"&PID_" + Hex(alias.product, 4);
-    const std::wstring revision = L"&REV_" + Hex(alias.revision, 4);
+    const std::wstring device =
+        L"USB\\VID_" + WideHex(alias.vendor, 4) + L"&PID_" + WideHex(alias.product, 4);
+    const std::wstring revision = L"&REV_" + WideHex(alias.revision, 4);
     if (facts.usb_composite && alias.own_interface) {
-      const std::wstring part = L"&MI_" + Hex(alias.own_interface->number, 2);
+      const std::wstring part = L"&MI_" + WideHex(alias.own_interface->number, 2);
       return {{device + revision + part, device + part},
               UsbClassIds(L"Class_", alias.own_interface->interface_class)};
     }
@@ -105,15 +106,15 @@ struct Builder {
   }
 
   DeviceIds operator()(const HdAudioAlias& alias) const {
-    const std::wstring function = L"HDAUDIO\\FUNC_" + Hex(alias.function, 2);
-    const std::wstring vendor = function + L"&VEN_" + Hex(alias.vendor, 4);
-    const std::wstring device = vendor + L"&DEV_" + Hex(alias.device, 4);
+    const std::wstring function = L"HDAUDIO\\FUNC_" + WideHex(alias.function, 2);
+    const std::wstring vendor = function + L"&VEN_" + WideHex(alias.vendor, 4);
+    const std::wstring device = vendor + L"&DEV_" + WideHex(alias.device, 4);
     // Windows leaves out the stepping, the lowest byte.
-    const std::wstring revision = L"&REV_" + Hex(alias.revision >> 8 & 0xFFFF, 4);
+    const std::wstring revision = L"&REV_" + WideHex(alias.revision >> 8 & 0xFFFF, 4);
 
     DeviceIds ids{{}, {device + revision, device, vendor, function}};
     if (facts.codec_subsystem) {
-      const std::wstring subsystem = device + L"&SUBSYS_" + Hex(*facts.codec_subsystem, 8);
+      const std::wstring subsystem = device + L"&SUBSYS_" + WideHex(*facts.codec_subsystem, 8);
       ids.hardware = {subsystem + revision, subsystem};
     } else {
       // Never without a hardware ID: the two best of the compatible ones take that place.
@@ -124,13 +125,14 @@ struct Builder {
   }
 
   DeviceIds operator()(const HidAlias& alias) const {
-    const std::wstring device = L"HID\\VID_" + Hex(alias.vendor, 4) + L"&PID_" + Hex(alias.product, 4);
+    const std::wstring device =
+        L"HID\\VID_" + WideHex(alias.vendor, 4) + L"&PID_" + WideHex(alias.product, 4);
     DeviceIds ids{{}, {L"HID_DEVICE"}};
     const Modalias parent = ParseModalias(facts.parent_modalias);
     if (const auto* usb = std::get_if<UsbAlias>(&parent)) {
       const bool is_part = facts.usb_composite && usb->own_interface;
-      const std::wstring part = is_part ? L"&MI_" + Hex(usb->own_interface->number, 2) : std::wstring();
-      ids.hardware.push_back(device + L"&REV_" + Hex(usb->revision, 4) + part);
+      const std::wstring part = is_part ? L"&MI_" + WideHex(usb->own_interface->number, 2) : std::wstring();
+      ids.hardware.push_back(device + L"&REV_" + WideHex(usb->revision, 4) + part);
       if (is_part) ids.hardware.push_back(device + part);
     }
     ids.hardware.push_back(device);
@@ -138,8 +140,8 @@ struct Builder {
   }
 
   DeviceIds operator()(const VirtioAlias& alias) const {
-    const std::wstring vendor = L"VIRTIO\\VEN_" + Hex(alias.vendor, 4);
-    return {{vendor + L"&DEV_" + Hex(alias.device, 4)}, {vendor}};
+    const std::wstring vendor = L"VIRTIO\\VEN_" + WideHex(alias.vendor, 4);
+    return {{vendor + L"&DEV_" + WideHex(alias.device, 4)}, {vendor}};
   }
 
   DeviceIds operator()(const SerioAlias&) const {
@@ -158,7 +160,7 @@ constexpr bool IsHexDigit(wchar_t upper) {
 }
 
 /// Takes `label` and four hexadecimal digits from the front of `text`.
-bool TakeNumber(std::wstring_view& text, std::wstring_view label, std::uint16_t& number) {
+bool TakeLabelled(std::wstring_view& text, std::wstring_view label, std::uint16_t& number) {
   constexpr std::size_t kDigits = 4;
   if (text.size() < label.size() || text.size() - label.size() < kDigits) return false;
   const auto same = [](wchar_t label_character, wchar_t c) { return label_character == Upper(c); };
@@ -208,11 +210,11 @@ std::wstring BluetoothHardwareId(std::string_view address, BluetoothKind kind) {
 std::optional<NumberedId> ParseNumberedId(std::wstring_view hardware_id) noexcept {
   std::wstring_view rest = hardware_id;
   NumberedId id;
-  if (TakeNumber(rest, L"PCI\\VEN_", id.vendor)) {
-    if (!TakeNumber(rest, L"&DEV_", id.device)) return std::nullopt;
+  if (TakeLabelled(rest, L"PCI\\VEN_", id.vendor)) {
+    if (!TakeLabelled(rest, L"&DEV_", id.device)) return std::nullopt;
   } else {
     id.bus = NumberedId::Bus::kUsb;
-    if (!TakeNumber(rest, L"USB\\VID_", id.vendor) || !TakeNumber(rest, L"&PID_", id.device))
+    if (!TakeLabelled(rest, L"USB\\VID_", id.vendor) || !TakeLabelled(rest, L"&PID_", id.device))
       return std::nullopt;
   }
   if (!rest.empty() && rest.front() != L'&' && rest.front() != L'\\') return std::nullopt;

@@ -11,7 +11,7 @@ constexpr std::size_t kArrayHandleAt = 0x04;
 constexpr std::size_t kSizeAt = 0x0C;
 constexpr std::size_t kLocatorAt = 0x10;
 constexpr std::size_t kSpeedAt = 0x15;
-constexpr std::size_t kManufacturerAt = 0x17;
+constexpr std::size_t kModuleMakerAt = 0x17;
 constexpr std::size_t kSerialNumberAt = 0x18;
 constexpr std::size_t kPartNumberAt = 0x1A;
 constexpr std::size_t kExtendedSizeAt = 0x1C;
@@ -75,7 +75,7 @@ bool IsPopulated(const smbios::Structure& device) {
   return (device.U16(kSizeAt).value_or(0) & kSizeMask) != 0;
 }
 
-std::string Text(const smbios::Structure& device, std::size_t offset) {
+std::string TextAt(const smbios::Structure& device, std::size_t offset) {
   return std::string(device.Text(offset));
 }
 
@@ -93,10 +93,10 @@ std::vector<MemoryModule> ReadMemoryModules(const smbios::TableView& table) {
     if (device->Type() != smbios::kMemoryDevice || !IsPopulated(*device) || !is_system_memory(*device))
       continue;
     modules.push_back({.slot = device->Handle(),
-                       .locator = Text(*device, kLocatorAt),
-                       .manufacturer = Text(*device, kManufacturerAt),
-                       .serial_number = Text(*device, kSerialNumberAt),
-                       .part_number = Text(*device, kPartNumberAt),
+                       .locator = TextAt(*device, kLocatorAt),
+                       .manufacturer = TextAt(*device, kModuleMakerAt),
+                       .serial_number = TextAt(*device, kSerialNumberAt),
+                       .part_number = TextAt(*device, kPartNumberAt),
                        .capacity = Capacity(*device),
                        .speed = Speed(*device)});
   }

@@ -7,11 +7,11 @@
 namespace ostrine {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDecimal(char c) { return c >= '0' && c <= '9'; }
 
 /// Takes the digits at the front of `text`, without their leading zeros.
 std::string_view TakeDigits(std::string_view& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
+  const auto end = std::find_if_not(text.begin(), text.end(), IsDecimal);
   std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
   text.remove_prefix(digits.size());
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
@@ -22,7 +22,7 @@ std::string_view TakeDigits(std::string_view& text) {
 void TakeCommonStart(std::string_view& left, std::string_view& right) {
   const auto differs = std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
   auto size = static_cast<std::size_t>(differs - left.begin());
-  while (size > 0 && IsDigit(left[size - 1])) --size;
+  while (size > 0 && IsDecimal(left[size - 1])) --size;
   left.remove_prefix(size);
   right.remove_prefix(size);
 }
@@ -30,7 +30,7 @@ void TakeCommonStart(std::string_view& left, std::string_view& right) {
 std::strong_ordering CompareNaturally(std::string_view left, std::string_view right) noexcept {
   TakeCommonStart(left, right);
   while (!left.empty() && !right.empty()) {
-    if (IsDigit(left.front()) && IsDigit(right.front())) {
+    if (IsDecimal(left.front()) && IsDecimal(right.front())) {
       const std::string_view left_number = TakeDigits(left);
       const std::string_view right_number = TakeDigits(right);
       const auto longer = left_number.size() <=> right_number.size();

@@ -8,8 +8,8 @@
 namespace ostrine {
 namespace {
 
-using Number = std::optional<std::uint32_t>;
-using Text = std::optional<std::string>;
+using OptionalNumber = std::optional<std::uint32_t>;
+using OptionalText = std::optional<std::string>;
 
 /// One question to all sources, in the order of their worth: the processor or the system, which speak of this
 /// very processor, and only then the firmware, whose tables its maker may have copied from another machine.
@@ -17,15 +17,15 @@ class Question {
  public:
   Question(const CpuidSource& cpuid, const ProcessorSystem& system) : cpuid_(cpuid), system_(system) {}
 
-  Text Vendor() const;
-  Text Name() const;
-  Number AddressBits() const { return CpuidAddressBits(cpuid_); }
-  Number CurrentClock() const;
-  Number ExternalClock() const;
-  Number MaximumClock() const;
-  Number CacheSize(unsigned int level) const;
-  Text Associativity(unsigned int level) const;
-  Number Kind() const;
+  OptionalText Vendor() const;
+  OptionalText Name() const;
+  OptionalNumber AddressBits() const { return CpuidAddressBits(cpuid_); }
+  OptionalNumber CurrentClock() const;
+  OptionalNumber ExternalClock() const;
+  OptionalNumber MaximumClock() const;
+  OptionalNumber CacheSize(unsigned int level) const;
+  OptionalText Associativity(unsigned int level) const;
+  OptionalNumber Kind() const;
 
  private:
   std::vector<Cache> Caches(unsigned int level, CacheExtent extent) const;
@@ -43,30 +43,30 @@ class Question {
   const ProcessorSystem& system_;
 };
 
-Text Question::Vendor() const {
+OptionalText Question::Vendor() const {
   if (auto vendor = CpuidVendor(cpuid_)) return vendor;
   if (auto vendor = system_.Vendor()) return vendor;
   return Firmware(&FirmwareProcessor::manufacturer);
 }
 
-Text Question::Name() const {
+OptionalText Question::Name() const {
   if (auto name = CpuidName(cpuid_)) return name;
   if (auto name = system_.Name()) return name;
   return Firmware(&FirmwareProcessor::name);
 }
 
-Number Question::CurrentClock() const {
+OptionalNumber Question::CurrentClock() const {
   if (const auto clock = system_.CurrentClock()) return clock;
   if (const auto clock = system_.NominalClock()) return clock;
   return Firmware(&FirmwareProcessor::current_clock);
 }
 
-Number Question::ExternalClock() const {
+OptionalNumber Question::ExternalClock() const {
   if (const auto clock = ReadCpuidClocks(cpuid_).bus) return clock;
   return Firmware(&FirmwareProcessor::external_clock);
 }
 
-Number Question::MaximumClock() const {
+OptionalNumber Question::MaximumClock() const {
   if (const auto clock = system_.MaximumClock()) return clock;
   if (const auto clock = ReadCpuidClocks(cpuid_).maximum) return clock;
   // Empty compares below every clock.
@@ -81,11 +81,11 @@ std::vector<Cache> Question::Caches(unsigned int level, CacheExtent extent) cons
   return CachesOfMachine(ReadCpuidCaches(cpuid_), level, *threads);
 }
 
-Number Question::CacheSize(unsigned int level) const {
+OptionalNumber Question::CacheSize(unsigned int level) const {
   return TotalCacheSize(Caches(level, CacheExtent::kMachine));
 }
 
-Text Question::Associativity(unsigned int level) const {
+OptionalText Question::Associativity(unsigned int level) const {
   const auto caches = Caches(level, CacheExtent::kFirst);
   const Cache* const main = MainCache(caches);
   if (main == nullptr) return std::nullopt;
@@ -99,7 +99,7 @@ Text Question::Associativity(unsigned int level) const {
   return std::nullopt;
 }
 
-Number Question::Kind() const {
+OptionalNumber Question::Kind() const {
   const auto number = [](ProcessorKind kind) { return std::optional(static_cast<std::uint32_t>(kind)); };
   if (system_.IsArm()) return number(ProcessorKind::kArm);
   switch (FamilyOfVendor(CpuidVendor(cpuid_))) {
@@ -113,7 +113,7 @@ Number Question::Kind() const {
   return std::nullopt;
 }
 
-Number Load(const ProcessorSystem& system, LoadHistory& history) {
+OptionalNumber Load(const ProcessorSystem& system, LoadHistory& history) {
   const auto now = system.Time();
   return now ? history.Ask(*now) : std::nullopt;
 }
@@ -123,8 +123,8 @@ unsigned int LevelFrom(unsigned int information_id, ProcessorFact first) {
   return information_id - static_cast<unsigned int>(first) + 1;
 }
 
-bool Give(Answer& answer, const Number& number) { return number && answer.Number(*number); }
-bool Give(Answer& answer, const Text& text) { return text && answer.NarrowText(*text); }
+bool Give(Answer& answer, const OptionalNumber& number) { return number && answer.Number(*number); }
+bool Give(Answer& answer, const OptionalText& text) { return text && answer.NarrowText(*text); }
 
 }  // namespace
 

@@ -22,7 +22,7 @@ bool SumsToZero(Bytes bytes) {
 }
 
 /// Little-endian number of `width` bytes; the caller has checked that they are there.
-std::uint32_t NumberAt(Bytes bytes, std::size_t offset, std::size_t width) {
+std::uint32_t LittleEndianAt(Bytes bytes, std::size_t offset, std::size_t width) {
   std::uint32_t value = 0;
   for (std::size_t i = width; i-- > 0;) value = value << 8 | bytes[offset + i];
   return value;
@@ -31,8 +31,8 @@ std::uint32_t NumberAt(Bytes bytes, std::size_t offset, std::size_t width) {
 std::optional<EntryPoint> ParseBare(Bytes bytes) {
   if (bytes.size() < kBareSize || !StartsWith(bytes, "_DMI_")) return std::nullopt;
   if (!SumsToZero(bytes.first(kBareSize))) return std::nullopt;
-  return EntryPoint{.table_length = NumberAt(bytes, 0x06, 2),
-                    .structure_count = static_cast<std::uint16_t>(NumberAt(bytes, 0x0C, 2))};
+  return EntryPoint{.table_length = LittleEndianAt(bytes, 0x06, 2),
+                    .structure_count = static_cast<std::uint16_t>(LittleEndianAt(bytes, 0x0C, 2))};
 }
 
 std::optional<EntryPoint> Parse32Bit(Bytes bytes) {
@@ -49,7 +49,7 @@ std::optional<EntryPoint> Parse64Bit(Bytes bytes) {
   const std::size_t length = bytes[6];
   if (length < k64BitSize || length > bytes.size()) return std::nullopt;
   if (!SumsToZero(bytes.first(length))) return std::nullopt;
-  return EntryPoint{.table_length = NumberAt(bytes, 0x0C, 4)};
+  return EntryPoint{.table_length = LittleEndianAt(bytes, 0x0C, 4)};
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ std::optional<TableView> ParseRawSmbiosData(Bytes bytes) {
   // One byte each of calling method, major version, minor version and revision, then the table's length.
   constexpr std::size_t kHeaderSize = 8;
   if (bytes.size() < kHeaderSize) return std::nullopt;
-  const std::size_t length = NumberAt(bytes, 4, 4);
+  const std::size_t length = LittleEndianAt(bytes, 4, 4);
   const Bytes rest = bytes.subspan(kHeaderSize);
   if (length > rest.size()) return std::nullopt;
   return TableView{.bytes = rest.first(length)};

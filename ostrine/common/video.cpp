@@ -11,31 +11,31 @@
 namespace ostrine {
 namespace {
 
-struct TableEntry {
+struct CardEntry {
   std::uint64_t card = 0;
   std::uint32_t is_there = 0;
   std::uint32_t zero = 0;
 };
 
-struct Table {
+struct VideoTable {
   std::uint32_t zero = 0;
   std::uint32_t count = 0;
-  TableEntry internal;
-  TableEntry independent;
+  CardEntry internal;
+  CardEntry independent;
 };
-static_assert(offsetof(Table, internal) == velmora::hal::kTableHeadSize);
+static_assert(offsetof(VideoTable, internal) == velmora::hal::kTableHeadSize);
 
-TableEntry ToEntry(const std::optional<std::uint64_t>& card) {
+CardEntry ToEntry(const std::optional<std::uint64_t>& card) {
   return {.card = card.value_or(0), .is_there = card ? 1u : 0u};
 }
 
-std::optional<std::uint64_t> FromEntry(const TableEntry& entry) {
+std::optional<std::uint64_t> FromEntry(const CardEntry& entry) {
   return entry.is_there != 0 ? std::optional(entry.card) : std::nullopt;
 }
 
 VideoCards CardsOf(const void* device) {
   if (device == nullptr) return FindVideoCards();
-  Table table;
+  VideoTable table;
   std::memcpy(&table, device, sizeof table);
   return {.count = table.count,
           .internal = FromEntry(table.internal),
@@ -98,7 +98,7 @@ bool AnswerDisplay(DisplayFact fact, Answer& answer) {
 bool PrepareVideo(void** table) {
   if (table == nullptr) return true;
   const VideoCards cards = FindVideoCards();
-  const Table content{
+  const VideoTable content{
       .count = cards.count, .internal = ToEntry(cards.internal), .independent = ToEntry(cards.independent)};
   void* const bytes = std::malloc(sizeof content);
   if (bytes == nullptr) return false;

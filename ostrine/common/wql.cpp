@@ -12,11 +12,11 @@ namespace {
 constexpr std::wstring_view kKeywords[] = {L"SELECT", L"FROM", L"WHERE", L"AND", L"OR",
                                            L"NOT",    L"LIKE", L"IS",    L"NULL"};
 
-constexpr bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+constexpr bool IsWideDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 constexpr bool IsWordStart(wchar_t c) {
   return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_';
 }
-constexpr bool IsWordPart(wchar_t c) { return IsWordStart(c) || IsDigit(c); }
+constexpr bool IsWordPart(wchar_t c) { return IsWordStart(c) || IsWideDigit(c); }
 constexpr bool IsSpace(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
 
 bool IsKeyword(std::wstring_view word) {
@@ -55,7 +55,7 @@ class Scanner {
     constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
     std::uint64_t value = 0;
     std::size_t length = 0;
-    for (; length < rest_.size() && IsDigit(rest_[length]); ++length) {
+    for (; length < rest_.size() && IsWideDigit(rest_[length]); ++length) {
       const auto digit = static_cast<std::uint64_t>(rest_[length] - L'0');
       if (value > (kMax - digit) / 10) return false;
       value = value * 10 + digit;

@@ -53,8 +53,8 @@ class Cards {
   std::vector<std::wstring> friendly_;
 };
 
-WqlValue PropertyOf(Cards& cards, std::size_t index, const std::string& interface,
-                    std::wstring_view property) {
+WqlValue CardProperty(Cards& cards, std::size_t index, const std::string& interface,
+                      std::wstring_view property) {
   const auto is = [&](std::wstring_view name) { return EqualIgnoringCase(property, name); };
   const Device& card = cards.At(index);
   const Path folder = card.function / "net" / interface;
@@ -78,7 +78,7 @@ void VisitNetworkAdapters(const Path& root, const WqlVisitor& visit) {
     const auto interfaces = EntryNames(folder);
     if (interfaces.empty()) continue;
     const auto row = [&](std::wstring_view property) {
-      return PropertyOf(cards, i, interfaces.front(), property);
+      return CardProperty(cards, i, interfaces.front(), property);
     };
     if (!visit(row)) return;
   }

@@ -11,7 +11,7 @@
 namespace ostrine {
 namespace {
 
-constexpr std::size_t kMostDevices = 1024;
+constexpr std::size_t kMostRemotes = 1024;
 
 /// What the service tells about one device.
 struct RemoteDevice {
@@ -37,7 +37,7 @@ bool ReadVariant(const BusMessage& message, char type, Value& value) {
   return message.Enter('v', contents) >= 0 && message.ReadBasic(type, &value) >= 0 && message.Exit() >= 0;
 }
 
-bool ReadText(const BusMessage& message, std::string& text) {
+bool TakeText(const BusMessage& message, std::string& text) {
   const char* value = nullptr;
   if (!ReadVariant(message, 's', value)) return false;
   if (value != nullptr) text = value;
@@ -52,7 +52,7 @@ bool ReadFlag(const BusMessage& message, bool& flag) {
 }
 
 template <class Number>
-bool ReadNumber(const BusMessage& message, char type, std::optional<Number>& number) {
+bool TakeNumber(const BusMessage& message, char type, std::optional<Number>& number) {
   constexpr auto kNone = static_cast<Number>(~Number{0});
   Number value = kNone;
   if (!ReadVariant(message, type, value)) return false;
@@ -61,12 +61,12 @@ bool ReadNumber(const BusMessage& message, char type, std::optional<Number>& num
 }
 
 bool ReadProperty(const BusMessage& message, std::string_view name, RemoteDevice& device) {
-  if (name == "Address") return ReadText(message, device.address);
-  if (name == "AddressType") return ReadText(message, device.address_type);
-  if (name == "Alias") return ReadText(message, device.alias);
-  if (name == "Icon") return ReadText(message, device.icon);
-  if (name == "Appearance") return ReadNumber(message, 'q', device.appearance);
-  if (name == "Class") return ReadNumber(message, 'u', device.class_of_device);
+  if (name == "Address") return TakeText(message, device.address);
+  if (name == "AddressType") return TakeText(message, device.address_type);
+  if (name == "Alias") return TakeText(message, device.alias);
+  if (name == "Icon") return TakeText(message, device.icon);
+  if (name == "Appearance") return TakeNumber(message, 'q', device.appearance);
+  if (name == "Class") return TakeNumber(message, 'u', device.class_of_device);
   if (name == "Paired") return ReadFlag(message, device.is_paired);
   if (name == "Connected") return ReadFlag(message, device.is_connected);
   return message.Skip("v") >= 0;
@@ -107,7 +107,7 @@ std::vector<RemoteDevice> ReadObjects(const BusMessage& message) {
       device->path = path;
       devices.push_back(std::move(*device));
     }
-    return devices.size() < kMostDevices;
+    return devices.size() < kMostRemotes;
   });
   return devices;
 }

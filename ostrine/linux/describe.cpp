@@ -99,7 +99,7 @@ std::string InputName(const Device& device) {
   return input.empty() ? std::string() : CleanAttribute(input / "name");
 }
 
-std::string Text(const Device& device, NameDatabase& names) {
+std::string DescriptionOf(const Device& device, NameDatabase& names) {
   switch (device.bus) {
     case Device::Bus::kPci:
       return DescribePci(device, names);
@@ -130,7 +130,9 @@ std::string Text(const Device& device, NameDatabase& names) {
 
 }  // namespace
 
-std::wstring Describe(const Device& device, NameDatabase& names) { return WideFromUtf8(Text(device, names)); }
+std::wstring Describe(const Device& device, NameDatabase& names) {
+  return WideFromUtf8(DescriptionOf(device, names));
+}
 
 std::wstring Manufacturer(const Device& device, NameDatabase& names) {
   switch (device.bus) {

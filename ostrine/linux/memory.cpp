@@ -45,7 +45,7 @@ std::optional<Property> ParseProperty(std::string_view line) {
 }
 
 /// A text of the firmware; empty where the device manager says in its own words that there is none.
-std::string Text(std::string_view value) {
+std::string CleanText(std::string_view value) {
   return value == "Not Specified" || value == "<BAD INDEX>" ? std::string() : std::string(value);
 }
 
@@ -59,10 +59,10 @@ void TakeIn(Slot& slot, const Property& property) {
   MemoryModule& module = slot.module;
   if (property.name == "PRESENT") slot.is_empty = property.value == "0";
   if (property.name == "SIZE") module.capacity = ParseNumber(property.value);
-  if (property.name == "LOCATOR") module.locator = Text(property.value);
-  if (property.name == "MANUFACTURER") module.manufacturer = Text(property.value);
-  if (property.name == "SERIAL_NUMBER") module.serial_number = Text(property.value);
-  if (property.name == "PART_NUMBER") module.part_number = Text(property.value);
+  if (property.name == "LOCATOR") module.locator = CleanText(property.value);
+  if (property.name == "MANUFACTURER") module.manufacturer = CleanText(property.value);
+  if (property.name == "SERIAL_NUMBER") module.serial_number = CleanText(property.value);
+  if (property.name == "PART_NUMBER") module.part_number = CleanText(property.value);
   if (property.name == "SPEED_MTS") slot.rated_speed = Speed(property.value);
   if (property.name == "CONFIGURED_SPEED_MTS") module.speed = Speed(property.value);
 }

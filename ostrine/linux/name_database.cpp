@@ -17,7 +17,7 @@ constexpr const char* kDatabases[] = {
     "lib/systemd/hwdb/hwdb.bin", "lib/udev/hwdb.bin", "usr/lib/udev/hwdb.bin",
 };
 constexpr const char* kListFolders[] = {"usr/share/misc", "usr/share/hwdata"};
-constexpr std::size_t kListLimit = 32 << 20;
+constexpr std::size_t kNameListLimit = 32 << 20;
 
 }  // namespace
 
@@ -74,13 +74,13 @@ FoundNames NameDatabase::FindIn(List& list, const ListedNumbers& numbers) const 
   for (const char* const folder : kListFolders) {
     if (list.is_tried) break;
     list.path = root_ / folder / list.file_name;
-    list.pieces = ListFile::Open(list.path, kListLimit);
+    list.pieces = ListFile::Open(list.path, kNameListLimit);
     if (list.pieces) break;
   }
   list.is_tried = true;
   if (!list.pieces) return {};
   if (auto names = FindNamesByHalves(*list.pieces, numbers)) return std::move(*names);
-  if (!list.whole) list.whole = ReadBytes(list.path, kListLimit).value_or(std::vector<std::uint8_t>());
+  if (!list.whole) list.whole = ReadBytes(list.path, kNameListLimit).value_or(std::vector<std::uint8_t>());
   const ListedNames names =
       FindListedNames({reinterpret_cast<const char*>(list.whole->data()), list.whole->size()}, numbers);
   return {std::string(names.vendor), std::string(names.device), std::string(names.subsystem)};

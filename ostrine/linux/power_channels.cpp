@@ -11,7 +11,7 @@
 namespace ostrine {
 namespace {
 
-constexpr std::int64_t kMicroInMilli = 1000;
+constexpr std::int64_t kMicrosPerMilli = 1000;
 
 /// Folder of the battery or port with this number; empty when there is none.
 Path FindSupply(const Path& root, bool is_battery, std::uint8_t number) {
@@ -27,7 +27,7 @@ Path FindSupply(const Path& root, bool is_battery, std::uint8_t number) {
 std::optional<std::int64_t> Voltage(const Path& supply, bool is_battery) {
   const auto microvolts = NumberAttribute(supply / "voltage_now");
   if (!microvolts || *microvolts < 0 || (is_battery && *microvolts == 0)) return std::nullopt;
-  return *microvolts / kMicroInMilli;
+  return *microvolts / kMicrosPerMilli;
 }
 
 /// Milliamperes without their direction; batteries that count energy state the power instead.
@@ -35,7 +35,7 @@ std::optional<std::int64_t> CurrentMagnitude(const Path& supply) {
   constexpr std::int64_t kMost = 1'000'000'000;  // a thousand amperes or watts: no reading
   if (const auto current = NumberAttribute(supply / "current_now")) {
     if (*current > kMost || *current < -kMost) return std::nullopt;
-    return *current / kMicroInMilli;
+    return *current / kMicrosPerMilli;
   }
   const auto power = NumberAttribute(supply / "power_now");
   const auto voltage = Voltage(supply, true);

@@ -47,17 +47,17 @@ bool IsAlive(const Path& folder) {
   return state != 'Z' && state != 'X' && state != 'x';
 }
 
-WqlValue TextOrNull(const std::string& text) {
+WqlValue KnownText(const std::string& text) {
   if (text.empty()) return {};
   return WideFromUtf8(text);
 }
 
-WqlValue PropertyOf(const ListedProcess& process, std::wstring_view property) {
+WqlValue ProcessProperty(const ListedProcess& process, std::wstring_view property) {
   if (EqualIgnoringCase(property, L"ProcessId")) return std::uint64_t{process.number};
-  if (EqualIgnoringCase(property, L"ExecutablePath")) return TextOrNull(process.executable);
+  if (EqualIgnoringCase(property, L"ExecutablePath")) return KnownText(process.executable);
   if (EqualIgnoringCase(property, L"Caption") || EqualIgnoringCase(property, L"Name")) {
     const auto& executable = process.executable;
-    return TextOrNull(velmora::ProcessCaption(
+    return KnownText(velmora::ProcessCaption(
         executable, executable.empty() ? CleanAttribute(process.folder / "comm") : std::string()));
   }
   return {};
@@ -73,7 +73,7 @@ void VisitProcesses(const Path& root, const WqlVisitor& visit) {
     const ListedProcess process{.number = *number, .folder = folder, .executable = ExecutableOf(folder)};
     // A process that has ended has no program any more, but not every one without a program has ended.
     if (process.executable.empty() && !IsAlive(folder)) continue;
-    const auto row = [&process](std::wstring_view property) { return PropertyOf(process, property); };
+    const auto row = [&process](std::wstring_view property) { return ProcessProperty(process, property); };
     if (!visit(row)) return;
   }
 }

@@ -16,7 +16,7 @@ using velmora::UnitState;
 using velmora::UnitStateOf;
 using velmora::unicode::WideFromUtf8;
 
-constexpr std::string_view kSuffix = ".service";
+constexpr std::string_view kServiceSuffix = ".service";
 
 BusMessage Ask(const BusConnection& bus, const char* method) {
   BusMessage call = bus.NewCall(
@@ -59,7 +59,7 @@ struct Service {
 };
 
 /// The freezer is asked about one service at a time, and only about those whose state a query wants.
-std::wstring StateOf(const BusConnection& bus, const Service& service) {
+std::wstring StateText(const BusConnection& bus, const Service& service) {
   UnitState state = UnitStateOf(service.active_state, {});
   if (state == UnitState::kRunning && service.path != nullptr) {
     state = UnitStateOf(service.active_state, FreezerState(bus, service.path));
@@ -69,11 +69,11 @@ std::wstring StateOf(const BusConnection& bus, const Service& service) {
 
 /// Shows the visitor a service; whether it wants more.
 bool Show(const BusConnection& bus, const Service& service, const WqlVisitor& visit) {
-  if (!service.unit.ends_with(kSuffix)) return true;
-  const std::string_view name = service.unit.substr(0, service.unit.size() - kSuffix.size());
+  if (!service.unit.ends_with(kServiceSuffix)) return true;
+  const std::string_view name = service.unit.substr(0, service.unit.size() - kServiceSuffix.size());
   const std::wstring wide_name = WideFromUtf8(name);
   return visit([&](std::wstring_view property) -> WqlValue {
-    if (velmora::EqualIgnoringCase(property, L"State")) return StateOf(bus, service);
+    if (velmora::EqualIgnoringCase(property, L"State")) return StateText(bus, service);
     const WqlRecord record{
         {L"Name", wide_name},
         {L"DisplayName", service.description.empty() ? wide_name : WideFromUtf8(service.description)},

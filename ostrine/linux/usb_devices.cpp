@@ -12,7 +12,7 @@ namespace {
 constexpr int kHexWidth = 4;
 
 /// `value` in capital hexadecimal digits, as a modalias has them.
-std::string Hex(std::uint32_t value, int digits) {
+std::string UpperHex(std::uint32_t value, int digits) {
   std::string text;
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
     text.push_back("0123456789ABCDEF"[value >> shift & 15]);
@@ -58,9 +58,9 @@ class UsbAttributes {
     const auto revision = Hexadecimal("bcdDevice");
     const auto device_class = Class();
     if (!vendor || !product || !revision || !device_class) return {};
-    return "usb:v" + Hex(*vendor, kHexWidth) + "p" + Hex(*product, kHexWidth) + "d" +
-           Hex(*revision, kHexWidth) + "dc" + Hex(device_class->base_class, 2) + "dsc" +
-           Hex(device_class->sub_class, 2) + "dp" + Hex(device_class->protocol, 2);
+    return "usb:v" + UpperHex(*vendor, kHexWidth) + "p" + UpperHex(*product, kHexWidth) + "d" +
+           UpperHex(*revision, kHexWidth) + "dc" + UpperHex(device_class->base_class, 2) + "dsc" +
+           UpperHex(device_class->sub_class, 2) + "dp" + UpperHex(device_class->protocol, 2);
   }
 
   std::string OwnNames() const {

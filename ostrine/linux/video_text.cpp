@@ -36,7 +36,7 @@ std::optional<Number> ParseAll(std::string_view digits, int base = 10) {
   return number;
 }
 
-std::optional<std::uint64_t> ParseHex(std::string_view word) {
+std::optional<std::uint64_t> ParseAddress(std::string_view word) {
   if (!word.starts_with("0x")) return std::nullopt;
   return ParseAll<std::uint64_t>(word.substr(2), 16);
 }
@@ -114,9 +114,9 @@ std::optional<std::uint64_t> LargestWindow(std::string_view resource) {
   for (int i = 0; i < kRegions && !resource.empty(); ++i) {
     const auto words = Words(TakeLine(resource));
     if (words.size() != 3) continue;
-    const auto start = ParseHex(words[0]);
-    const auto end = ParseHex(words[1]);
-    const auto flags = ParseHex(words[2]);
+    const auto start = ParseAddress(words[0]);
+    const auto end = ParseAddress(words[1]);
+    const auto flags = ParseAddress(words[2]);
     if (!start || !end || !flags || *end <= *start) continue;
     if ((*flags & kMemory) == 0 || (*flags & kPrefetchable) == 0) continue;
     // A region that spans all 64 bits is none.

@@ -21,7 +21,7 @@ constexpr std::uint64_t kNoNamespace = 0;
 constexpr std::uint64_t kSystemClasses = 1;
 constexpr std::uint64_t kFirmwareMethods = 2;
 
-std::uint64_t StateOf(std::wstring_view name_space) {
+std::uint64_t StateFor(std::wstring_view name_space) {
   if (ostrine::EqualIgnoringCase(name_space, L"ROOT\\CIMV2")) return kSystemClasses;
   if (ostrine::EqualIgnoringCase(name_space, L"ROOT\\WMI")) return kFirmwareMethods;
   return kNoNamespace;
@@ -50,7 +50,7 @@ ostrine::WqlValue Select(std::uint64_t state, std::wstring_view query_text, std:
 
 }  // namespace
 
-CWMI::CWMI(std::wstring name_space) : name_space_(std::move(name_space)), state_(StateOf(name_space_)) {}
+CWMI::CWMI(std::wstring name_space) : name_space_(std::move(name_space)), state_(StateFor(name_space_)) {}
 
 CWMI::~CWMI() {
   for (ConnectionPart* const part : connection_) {

@@ -74,7 +74,7 @@ class InterfaceSet {
 
 /// What the battery answers to a question; empty when it fails.
 template <class Question>
-std::vector<std::uint8_t> Ask(HANDLE battery, DWORD code, Question question, std::size_t room) {
+std::vector<std::uint8_t> AskDriver(HANDLE battery, DWORD code, Question question, std::size_t room) {
   std::vector<std::uint8_t> answer(room);
   DWORD size = 0;
   const BOOL succeeded = DeviceIoControl(battery, code, &question, sizeof question, answer.data(),
@@ -87,7 +87,7 @@ std::vector<std::uint8_t> Ask(HANDLE battery, DWORD code, Question question, std
 std::optional<ULONG> TagOf(HANDLE battery) {
   const ULONG no_wait = 0;
   ULONG tag = BATTERY_TAG_INVALID;
-  const auto answer = Ask(battery, IOCTL_BATTERY_QUERY_TAG, no_wait, sizeof tag);
+  const auto answer = AskDriver(battery, IOCTL_BATTERY_QUERY_TAG, no_wait, sizeof tag);
   if (answer.size() != sizeof tag) return std::nullopt;
   std::memcpy(&tag, answer.data(), sizeof tag);
   if (tag == BATTERY_TAG_INVALID) return std::nullopt;
@@ -97,11 +97,11 @@ std::optional<ULONG> TagOf(HANDLE battery) {
 std::vector<std::uint8_t> Information(HANDLE battery, ULONG tag, BATTERY_QUERY_INFORMATION_LEVEL level,
                                       std::size_t room) {
   const BATTERY_QUERY_INFORMATION question{.BatteryTag = tag, .InformationLevel = level, .AtRate = 0};
-  return Ask(battery, IOCTL_BATTERY_QUERY_INFORMATION, question, room);
+  return AskDriver(battery, IOCTL_BATTERY_QUERY_INFORMATION, question, room);
 }
 
 /// A text of the battery in the system's narrow code page, without blanks at its ends.
-std::string Text(HANDLE battery, ULONG tag, BATTERY_QUERY_INFORMATION_LEVEL level) {
+std::string BatteryText(HANDLE battery, ULONG tag, BATTERY_QUERY_INFORMATION_LEVEL level) {
   constexpr std::size_t kRoom = 1024;
   const auto bytes = Information(battery, tag, level, kRoom);
   std::wstring wide(bytes.size() / sizeof(wchar_t), L'\0');
@@ -140,10 +140,10 @@ std::optional<Battery> AskBattery(HANDLE battery) {
   BATTERY_WAIT_STATUS no_wait{};
   no_wait.BatteryTag = *tag;
   auto found = BatteryOfRecords(Information(battery, *tag, BatteryInformation, kBatteryInformationSize),
-                                Ask(battery, IOCTL_BATTERY_QUERY_STATUS, no_wait, kBatteryStatusSize));
+                                AskDriver(battery, IOCTL_BATTERY_QUERY_STATUS, no_wait, kBatteryStatusSize));
   if (!found) return std::nullopt;
-  found->manufacturer = Text(battery, *tag, BatteryManufactureName);
-  found->name = Text(battery, *tag, BatteryDeviceName);
+  found->manufacturer = BatteryText(battery, *tag, BatteryManufactureName);
+  found->name = BatteryText(battery, *tag, BatteryDeviceName);
   return found;
 }
 

@@ -37,7 +37,7 @@ std::string MediaType(const StorageDescriptor& disk) {
   return std::string(DiskMediaText(ChooseDiskMedia(traits)));
 }
 
-std::string Text(const StorageDescriptor& disk, DiskFact fact) {
+std::string DescriptorText(const StorageDescriptor& disk, DiskFact fact) {
   if (fact == DiskFact::kMediaType) return MediaType(disk);
   if (fact == DiskFact::kCaption) return DiskCaption(disk.identity.vendor, disk.identity.model);
   if (fact == DiskFact::kSerialNumber) return disk.identity.serial;
@@ -74,7 +74,7 @@ bool CloseDiskHandle(std::uint64_t handle) { return CloseHandle(ToHandle(handle)
 std::optional<std::string> ReadDiskText(std::uint64_t handle, DiskFact fact) {
   const auto disk = DescribeDisk(ToHandle(handle));
   if (!disk) return std::nullopt;
-  std::string text = Text(*disk, fact);
+  std::string text = DescriptorText(*disk, fact);
   if (text.empty()) return std::nullopt;
   return text;
 }

@@ -10,8 +10,8 @@ namespace {
 
 /// What the system answers to `code`; nothing when it fails, but the beginning of an answer that is longer
 /// than `room` counts as one.
-std::optional<std::vector<std::uint8_t>> Ask(HANDLE device, DWORD code, std::vector<std::uint8_t> question,
-                                             std::size_t room) {
+std::optional<std::vector<std::uint8_t>> AskDevice(HANDLE device, DWORD code,
+                                                   std::vector<std::uint8_t> question, std::size_t room) {
   std::vector<std::uint8_t> answer(room);
   DWORD size = 0;
   const BOOL succeeded = DeviceIoControl(device, code, question.empty() ? nullptr : question.data(),
@@ -29,12 +29,12 @@ std::optional<std::vector<std::uint8_t>> AskProperty(HANDLE disk, STORAGE_PROPER
   query.QueryType = PropertyStandardQuery;
   std::vector<std::uint8_t> question(sizeof query);
   std::memcpy(question.data(), &query, sizeof query);
-  return Ask(disk, IOCTL_STORAGE_QUERY_PROPERTY, std::move(question), room);
+  return AskDevice(disk, IOCTL_STORAGE_QUERY_PROPERTY, std::move(question), room);
 }
 
 template <class Record>
 std::optional<Record> AskRecord(HANDLE device, DWORD code) {
-  const auto bytes = Ask(device, code, {}, sizeof(Record));
+  const auto bytes = AskDevice(device, code, {}, sizeof(Record));
   Record record{};
   if (!bytes || bytes->size() < sizeof record) return std::nullopt;
   std::memcpy(&record, bytes->data(), sizeof record);
@@ -75,7 +75,7 @@ std::optional<std::uint64_t> DiskLength(HANDLE disk) {
   // The geometry tells the exact length too, and needs no right to read as the plain question does.
   constexpr std::size_t kRoom = 1024;  // partitions follow
   constexpr std::size_t kSizeOffset = offsetof(DISK_GEOMETRY_EX, DiskSize);
-  const auto geometry = Ask(disk, IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, kRoom);
+  const auto geometry = AskDevice(disk, IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, kRoom);
   std::int64_t size = 0;
   if (!geometry || geometry->size() < kSizeOffset + sizeof size) return std::nullopt;
   std::memcpy(&size, geometry->data() + kSizeOffset, sizeof size);
@@ -93,7 +93,7 @@ std::optional<bool> HasSeekPenalty(HANDLE disk) {
 
 std::vector<VolumeExtent> ExtentsOf(HANDLE volume) {
   constexpr std::size_t kRoom = 4096;  // some 170 extents
-  const auto bytes = Ask(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, kRoom);
+  const auto bytes = AskDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, kRoom);
   return bytes ? ParseVolumeExtents(*bytes) : std::vector<VolumeExtent>();
 }
 

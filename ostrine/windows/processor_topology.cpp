@@ -29,7 +29,7 @@ constexpr std::size_t kBodyAt = offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX
 /// Calls `take` with the body of every record of `relation`, until it returns false. Returns whether every
 /// record was whole and `take` content.
 template <typename Take>
-bool ForEach(Records records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const Take& take) {
+bool ForEachRecord(Records records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const Take& take) {
   while (!records.empty()) {
     const auto found = At<DWORD>(records, kRelationAt);
     const auto size = At<DWORD>(records, kSizeAt);
@@ -100,7 +100,7 @@ bool AddCache(Records body, unsigned int level, std::vector<FoundCache>& caches)
 
 std::optional<ProcessorCounts> CountProcessors(std::span<const std::byte> records) {
   ProcessorCounts counts;
-  const bool whole = ForEach(records, RelationProcessorCore, [&](Records core) {
+  const bool whole = ForEachRecord(records, RelationProcessorCore, [&](Records core) {
     const auto threads = CountThreads(core);
     if (!threads) return false;
     ++counts.cores;
@@ -113,7 +113,7 @@ std::optional<ProcessorCounts> CountProcessors(std::span<const std::byte> record
 std::vector<Cache> ReadCaches(std::span<const std::byte> records, unsigned int level, CacheExtent extent) {
   std::vector<FoundCache> found;
   const auto add = [&](Records body) { return AddCache(body, level, found); };
-  if (!ForEach(records, RelationCache, add)) return {};
+  if (!ForEachRecord(records, RelationCache, add)) return {};
   std::ranges::stable_sort(found, {}, &FoundCache::first_processor);
   std::vector<Cache> caches;
   for (const FoundCache& each : found) {

@@ -17,7 +17,7 @@ bool BeginsWith(std::wstring_view text, std::wstring_view start) {
 }
 
 /// The number in exactly `width` bytes, lowest first; 0 for another width.
-std::uint64_t Number(std::span<const std::uint8_t> bytes, std::size_t width) {
+std::uint64_t LittleEndian(std::span<const std::uint8_t> bytes, std::size_t width) {
   if (bytes.size() != width) return 0;
   std::uint64_t number = 0;
   for (std::size_t i = width; i-- > 0;) number = number << 8 | bytes[i];
@@ -37,8 +37,8 @@ VideoCardTraits TraitsOfHardwareId(std::wstring_view hardware_id) {
 
 std::optional<std::uint64_t> MemoryOfDriverValues(std::span<const std::uint8_t> long_size,
                                                   std::span<const std::uint8_t> short_size) {
-  if (const std::uint64_t bytes = Number(long_size, 8); bytes != 0) return bytes;
-  if (const std::uint64_t bytes = Number(short_size, 4); bytes != 0) return bytes;
+  if (const std::uint64_t bytes = LittleEndian(long_size, 8); bytes != 0) return bytes;
+  if (const std::uint64_t bytes = LittleEndian(short_size, 4); bytes != 0) return bytes;
   return std::nullopt;
 }
 

@@ -21,7 +21,7 @@ constexpr std::uint32_t kDeviceCount = 0;  // information id
 constexpr unsigned int kNoDevice = 0xFFFFFFFF;
 
 /// A property of the device with this hardware ID.
-std::wstring TextOf(const std::wstring& hardware_id, enmDEVICE_PROPERTY property) {
+std::wstring DeviceText(const std::wstring& hardware_id, enmDEVICE_PROPERTY property) {
   return CDeviceInformention().GetDeviceStrInfoByHardwareID(hardware_id, kMedia, property);
 }
 
@@ -29,7 +29,7 @@ std::wstring TextOf(const std::wstring& hardware_id, enmDEVICE_PROPERTY property
 std::wstring Text(CAudioCard& audio, enmDEVICE_PROPERTY property) {
   return Answer(std::wstring(), [&] {
     std::wstring hardware_id;
-    return audio.GetAudioHardId(hardware_id) ? TextOf(hardware_id, property) : std::wstring();
+    return audio.GetAudioHardId(hardware_id) ? DeviceText(hardware_id, property) : std::wstring();
   });
 }
 
@@ -87,7 +87,7 @@ bool CAudioCard::GetAudioDriverInf(std::wstring& inf_name) {
   const bool is_found = Answer(false, [&] {
     std::wstring hardware_id;
     if (!GetAudioHardId(hardware_id)) return false;
-    inf_name = TextOf(hardware_id, PROP_INF);
+    inf_name = DeviceText(hardware_id, PROP_INF);
     return true;
   });
   velmora::LogDebug([&](auto& line) {

@@ -31,7 +31,7 @@ void* EntryAt(void* list, std::int32_t count, int index) {
   return is_in_list ? velmora::hal::FailingDriverEntry(list, index) : nullptr;
 }
 
-std::string TextOf(void* entry, Id id) {
+std::string EntryText(void* entry, Id id) {
   return entry == nullptr ? std::string() : velmora::hal::NarrowBytes(kFailing, id, entry);
 }
 
@@ -79,32 +79,32 @@ stErrDriverInfo CDeviceDriver::GetErrDriverInfoByIndex(int index) {
 
 std::string CDeviceDriver::GetCaptionByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kCaption);
+  return EntryText(EntryAt(list_, count_, index), kCaption);
 }
 
 std::string CDeviceDriver::GetDeviceIdByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kDeviceId);
+  return EntryText(EntryAt(list_, count_, index), kDeviceId);
 }
 
 std::string CDeviceDriver::GetClassGUIDByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kClassGuid);
+  return EntryText(EntryAt(list_, count_, index), kClassGuid);
 }
 
 std::string CDeviceDriver::GetServiceByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kService);
+  return EntryText(EntryAt(list_, count_, index), kService);
 }
 
 std::string CDeviceDriver::GetStatusByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kStatus);
+  return EntryText(EntryAt(list_, count_, index), kStatus);
 }
 
 std::string CDeviceDriver::GetManufactureByIndex(int index) {
   Init();
-  return TextOf(EntryAt(list_, count_, index), kManufacturer);
+  return EntryText(EntryAt(list_, count_, index), kManufacturer);
 }
 
 unsigned int CDeviceDriver::GetErrorCodeByIndex(int index) {

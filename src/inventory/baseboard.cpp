@@ -8,7 +8,7 @@ using velmora::hal::NarrowText;
 namespace {
 
 /// Information ids of the class.
-enum Id : std::uint32_t {
+enum BaseboardId : std::uint32_t {
   kBoardProduct = 0,
   kBoardManufacturer = 1,
   kBoardVersion = 2,

@@ -11,7 +11,7 @@ namespace {
 constexpr auto kCpu = DeviceClass::kProcessor;
 
 /// Information ids of the class.
-enum Id : std::uint32_t {
+enum ProcessorId : std::uint32_t {
   kVendor = 0,
   kName = 1,
   kAddressBits = 4,

@@ -14,7 +14,7 @@ namespace {
 constexpr auto kDisk = DeviceClass::kDisk;
 
 /// Information ids of the class.
-enum Id : std::uint32_t {
+enum DiskId : std::uint32_t {
   kMediaType = 0,
   kCaption = 1,
   kSerialNumber = 2,
@@ -36,18 +36,18 @@ std::optional<std::uint32_t> NumberAt(const std::vector<std::uint32_t>& disks, i
   return disks[static_cast<std::size_t>(index)];
 }
 
-std::wstring Text(const std::vector<std::uint32_t>& disks, int index, Id id) {
+std::wstring Text(const std::vector<std::uint32_t>& disks, int index, DiskId id) {
   const auto number = NumberAt(disks, index);
   return number ? velmora::hal::WideTextOf(kDisk, *number, id) : std::wstring();
 }
 
-std::uint64_t Capacity(const std::vector<std::uint32_t>& disks, int index, Id id) {
+std::uint64_t Capacity(const std::vector<std::uint32_t>& disks, int index, DiskId id) {
   const auto number = NumberAt(disks, index);
   return number ? velmora::hal::LargeNumberOf(kDisk, *number, id) : 0;
 }
 
 /// A capacity summed over all disks of the list.
-std::uint64_t Sum(const std::vector<std::uint32_t>& disks, Id id) {
+std::uint64_t Sum(const std::vector<std::uint32_t>& disks, DiskId id) {
   std::uint64_t sum = 0;
   for (const std::uint32_t number : disks) sum += velmora::hal::LargeNumberOf(kDisk, number, id);
   return sum;

@@ -19,11 +19,11 @@ constexpr auto kMemory = DeviceClass::kMemory;
 constexpr std::uint32_t kMostModules = 4096;
 
 /// Information ids of the class.
-enum Id : std::uint32_t {
+enum ModuleId : std::uint32_t {
   kCount = 0,
   kLocator = 1,
   kManufacturer = 2,
-  kSerialNumber = 3,
+  kModuleSerialNumber = 3,
   kPartNumber = 4,
   kCapacity = 5,
   kSpeed = 6,
@@ -103,7 +103,7 @@ int CMemory::GetManufacturerbyIndex(std::wstring& manufacturer, int index) {
   return ReadText(module_table_, index, kManufacturer, manufacturer);
 }
 int CMemory::GetSerialNumberbyIndex(std::wstring& serial_number, int index) {
-  return ReadText(module_table_, index, kSerialNumber, serial_number);
+  return ReadText(module_table_, index, kModuleSerialNumber, serial_number);
 }
 int CMemory::GetPartNumberbyIndex(std::wstring& part_number, int index) {
   return ReadText(module_table_, index, kPartNumber, part_number);

@@ -11,7 +11,7 @@ namespace {
 constexpr auto kVideo = DeviceClass::kVideo;
 
 /// Information ids of the class.
-enum Id : std::uint32_t {
+enum VideoId : std::uint32_t {
   kCardCount = 0,
   kInternalName = 1,
   kInternalStatus = 2,

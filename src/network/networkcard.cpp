@@ -81,8 +81,8 @@ constexpr Property kProblemCode{PROP_PROBLEM_CODE, "dwErrorCode = "};
 
 /// A text property, logged by the operation that asks.
 template <class Card>
-std::wstring Text(const Property& property, const Card& card, const char* operation,
-                  const std::source_location& location = std::source_location::current()) {
+std::wstring CardText(const Property& property, const Card& card, const char* operation,
+                      const std::source_location& location = std::source_location::current()) {
   auto text = Answer(std::wstring(), [&] {
     return CDeviceInformention().GetDeviceStrInfoByHardwareID(HardwareIdOf(card), kNet, property.number);
   });
@@ -90,8 +90,8 @@ std::wstring Text(const Property& property, const Card& card, const char* operat
 }
 
 template <class Card>
-unsigned long Number(const Property& property, const Card& card, const char* operation,
-                     const std::source_location& location = std::source_location::current()) {
+unsigned long CardNumber(const Property& property, const Card& card, const char* operation,
+                         const std::source_location& location = std::source_location::current()) {
   const auto number = Answer(0UL, [&] {
     return CDeviceInformention().GetDeviceULONGInfoByHardwareID(HardwareIdOf(card), kNet, property.number);
   });
@@ -191,7 +191,7 @@ int CNetworkCard::GetMediaTypeByRegeditEx(std::wstring key_path, std::wstring in
 }
 
 std::wstring CNetworkCard::GetInstanceIDByHardId(const std::wstring& hardware_id) {
-  return Text(kInstanceId, hardware_id, "CNetworkCard::GetInstanceIDByHardId");
+  return CardText(kInstanceId, hardware_id, "CNetworkCard::GetInstanceIDByHardId");
 }
 
 std::wstring CNetworkCard::GetWireLessVenderByMachine() {
@@ -204,49 +204,51 @@ std::wstring CNetworkCard::GetWiredVenderByMachine() {
 
 std::wstring CNetworkCard::GetManufactrue(NETWORK_CARD_TYPE type) {
   LogDebug([](auto& line) { line << "start" << Within("CNetworkCard::GetManufactrue"); });
-  return Text(kManufacturer, type, "CNetworkCard::GetManufactrue");
+  return CardText(kManufacturer, type, "CNetworkCard::GetManufactrue");
 }
 
 std::wstring CNetworkCard::GetManufactrueByHardId(const std::wstring& hardware_id) {
-  return Text(kManufacturer, hardware_id, "CNetworkCard::GetManufactrueByHardId");
+  return CardText(kManufacturer, hardware_id, "CNetworkCard::GetManufactrueByHardId");
 }
 
 std::wstring CNetworkCard::GetDriverVersion(NETWORK_CARD_TYPE type) {
-  return Text(kDriverVersion, type, "CNetworkCard::GetDriverVersion");
+  return CardText(kDriverVersion, type, "CNetworkCard::GetDriverVersion");
 }
 
 std::wstring CNetworkCard::GetDriverVersionByHardId(const std::wstring& hardware_id) {
-  return Text(kDriverVersion, hardware_id, "CNetworkCard::GetDriverVersionByHardId");
+  return CardText(kDriverVersion, hardware_id, "CNetworkCard::GetDriverVersionByHardId");
 }
 
 std::wstring CNetworkCard::GetCaption(NETWORK_CARD_TYPE type) {
-  return Text(kCaption, type, "CNetworkCard::GetCaption");
+  return CardText(kCaption, type, "CNetworkCard::GetCaption");
 }
 
 std::wstring CNetworkCard::GetCaptionByHardId(const std::wstring& hardware_id) {
-  return Text(kCaption, hardware_id, "CNetworkCard::GetCaptionByHardId");
+  return CardText(kCaption, hardware_id, "CNetworkCard::GetCaptionByHardId");
 }
 
 std::wstring CNetworkCard::GetDisplayName(NETWORK_CARD_TYPE type) {
-  return Text(kDisplayName, type, "CNetworkCard::GetDisplayName");
+  return CardText(kDisplayName, type, "CNetworkCard::GetDisplayName");
 }
 
 std::wstring CNetworkCard::GetDisplayNameByHardId(const std::wstring& hardware_id) {
-  return Text(kDisplayName, hardware_id, "CNetworkCard::GetDisplayNameByHardId");
+  return CardText(kDisplayName, hardware_id, "CNetworkCard::GetDisplayNameByHardId");
 }
 
-std::wstring CNetworkCard::GetINF(NETWORK_CARD_TYPE type) { return Text(kInf, type, "CNetworkCard::GetINF"); }
+std::wstring CNetworkCard::GetINF(NETWORK_CARD_TYPE type) {
+  return CardText(kInf, type, "CNetworkCard::GetINF");
+}
 
 std::wstring CNetworkCard::GetINFByHardId(const std::wstring& hardware_id) {
-  return Text(kInf, hardware_id, "CNetworkCard::GetINFByHardId");
+  return CardText(kInf, hardware_id, "CNetworkCard::GetINFByHardId");
 }
 
 unsigned long CNetworkCard::GetProblemCode(NETWORK_CARD_TYPE type) {
-  return Number(kProblemCode, type, "CNetworkCard::GetProblemCode");
+  return CardNumber(kProblemCode, type, "CNetworkCard::GetProblemCode");
 }
 
 unsigned long CNetworkCard::GetProblemCodeByHardId(const std::wstring& hardware_id) {
-  return Number(kProblemCode, hardware_id, "CNetworkCard::GetProblemCodeByHardId");
+  return CardNumber(kProblemCode, hardware_id, "CNetworkCard::GetProblemCodeByHardId");
 }
 
 std::wstring CNetworkCard::GetMacAddress(NETWORK_CARD_TYPE type) {

@@ -26,7 +26,7 @@ std::optional<Bytes> AttributeAt(Bytes payload, std::size_t position) {
   return rest.first(length);
 }
 
-std::string TextOf(Bytes value) {
+std::string CharactersOf(Bytes value) {
   const auto end = std::ranges::find(value, std::uint8_t{0});
   return {value.begin(), end};
 }
@@ -37,9 +37,9 @@ AccessPointTexts TextsOf(Bytes payload) {
   const std::size_t first = kFirstLength + 1 + payload[kFirstLength];
   const auto manufacturer = AttributeAt(payload, first);
   if (!manufacturer) return texts;
-  texts.manufacturer = TextOf(*manufacturer);
+  texts.manufacturer = CharactersOf(*manufacturer);
   const auto model = AttributeAt(payload, first + kAttributeHead + manufacturer->size());
-  if (model) texts.model = TextOf(*model);
+  if (model) texts.model = CharactersOf(*model);
   return texts;
 }
 

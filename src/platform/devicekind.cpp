@@ -42,7 +42,7 @@ std::wstring KeyboardId() {
 
 /// Whether WMI calls the display adapter of this description internal. A description with an apostrophe would
 /// end the text in the query and change what is asked: nobody is asked then.
-bool IsInternal(const std::wstring& description) {
+bool IsBuiltIn(const std::wstring& description) {
   if (description.find(L'\'') != std::wstring::npos) return false;
   const auto converter = CWMI(L"ROOT\\CIMV2")
                              .SelectStr(L"SELECT AdapterDACType FROM Win32_VideoController WHERE Caption ='" +
@@ -58,7 +58,7 @@ std::wstring DisplayVersion() {
   if (ids.size() != 2) return {};
   const auto description =
       CDeviceInformention().GetDeviceStrInfoByHardwareID(ids.front(), kDisplay, PROP_DESCRIPTION);
-  return VersionById(IsInternal(description) ? ids.front() : ids.back(), kDisplay);
+  return VersionById(IsBuiltIn(description) ? ids.front() : ids.back(), kDisplay);
 }
 
 std::wstring VersionOf(stDEVICE_DRIVER_TYPE kind) {

@@ -17,7 +17,7 @@ constexpr auto kBattery = DeviceClass::kBattery;
 /// Information ids of the class.
 enum Id : std::uint32_t {
   kPresent = 0,
-  kManufacturer = 1,
+  kBatteryManufacturer = 1,
   kName = 2,
   kRemaining = 3,
   kFull = 4,
@@ -40,7 +40,7 @@ CBattery::CBattery() { velmora::hal::Prepare(kBattery); }
 CBattery::~CBattery() = default;
 
 std::wstring CBattery::GetBatteryName() { return NarrowText(kBattery, kName); }
-std::wstring CBattery::GetBatteryManufacturer() { return NarrowText(kBattery, kManufacturer); }
+std::wstring CBattery::GetBatteryManufacturer() { return NarrowText(kBattery, kBatteryManufacturer); }
 
 int CBattery::CheckBattery() {
   std::uint32_t whatever_it_holds = 0;

@@ -30,9 +30,9 @@ namespace {
 using OwnedFolder = Owned<velmora::os::FolderHandle, velmora::os::CloseFolder>;
 using OwnedKernelHandle = Owned<velmora::os::Handle, velmora::os::CloseHandle>;
 
-constexpr const char* kEverything = "//*.*";
+constexpr const char* kAllEntries = "//*.*";
 
-bool Start(const std::wstring& program) {
+bool StartProgram(const std::wstring& program) {
   constexpr std::uint32_t kStandardInput = 0xFFFFFFF6;
   constexpr std::uint32_t kNoWindow = 0x08000000;
   velmora::os::StartupInfo startup{};
@@ -52,14 +52,14 @@ FileTime TimeOf(std::uint64_t units) {
 }
 
 /// A folder that has been read, and which of its subfolders come next.
-struct Level {
+struct FolderLevel {
   std::string path;  ///< below the folder that is pruned, which has the empty one
   std::vector<std::string> subfolders;
   std::size_t next = 0;
 };
 
 /// Shows `files` what the folder `level` holds and adds its subfolders to it. Links to folders are neither.
-void ReadLevel(velmora::os::FolderHandle folder, Level& level, OldestFiles& files) {
+void ReadLevel(velmora::os::FolderHandle folder, FolderLevel& level, OldestFiles& files) {
   velmora::os::FolderEntry entry{};
   while (velmora::os::ReadFolderA(folder, entry)) {
     const std::string_view name(entry.name, std::find(entry.name, std::end(entry.name) - 1, '\0'));
@@ -73,7 +73,7 @@ void ReadLevel(velmora::os::FolderHandle folder, Level& level, OldestFiles& file
 }
 
 /// Reads the folder that `level` names, unless more than 1000 subfolders were met until now.
-void GetFiles(const OwnedFolder& root, int met_subfolders, Level& level, OldestFiles& files) {
+void GetFiles(const OwnedFolder& root, int met_subfolders, FolderLevel& level, OldestFiles& files) {
   constexpr int kMostSubfolders = 1000;
   LogDebug([&](auto& line) { line << "nums=" << met_subfolders << Within("GetFiles"); });
   if (met_subfolders > kMostSubfolders || !root) return;
@@ -89,16 +89,16 @@ void GetFiles(const OwnedFolder& root, int met_subfolders, Level& level, OldestF
 /// open at a time beside the root, however deep the tree is.
 void ReadTree(const OwnedFolder& root, OldestFiles& files) {
   int met_subfolders = 0;
-  std::vector<Level> levels(1);
+  std::vector<FolderLevel> levels(1);
   GetFiles(root, met_subfolders, levels.back(), files);
   while (!levels.empty()) {
-    Level& level = levels.back();
+    FolderLevel& level = levels.back();
     if (level.next == level.subfolders.size()) {
       levels.pop_back();
       continue;
     }
     const std::string& name = level.subfolders[level.next++];
-    Level below{.path = level.path.empty() ? name : level.path + '\\' + name};
+    FolderLevel below{.path = level.path.empty() ? name : level.path + '\\' + name};
     GetFiles(root, ++met_subfolders, below, files);
     levels.push_back(std::move(below));
   }
@@ -115,8 +115,9 @@ std::vector<std::wstring> CFileProcess::GetTypeFiles(std::wstring extension, std
 }
 
 int CFileProcess::ExcuteCmdFile(const std::wstring& path) {
-  const bool is_started = Answer(
-      false, [&] { return IsWhole(path) && velmora::os::PathFileExistsW(path.c_str()) && Start(path); });
+  const bool is_started = Answer(false, [&] {
+    return IsWhole(path) && velmora::os::PathFileExistsW(path.c_str()) && StartProgram(path);
+  });
   const std::uint32_t error = velmora::os::LastError();
   LogDebug([&](auto& line) {
     line << ",bRet=" << is_started << ", lasterror=" << error << Within("CFileProcess::ExcuteCmdFile");
@@ -130,7 +131,7 @@ void CFileProcess::DeleteFileByPath(const std::string& path, int num) {
       [&](auto& line) { line << "AudioDumpPath num=" << num << Within("CFileProcess::DeleteFileByPath"); });
   const auto root = Answer(OwnedFolder(), [&] {
     if (!IsWhole(path)) return OwnedFolder();
-    return OwnedFolder(velmora::os::OpenFolderA((path + kEverything).c_str()));
+    return OwnedFolder(velmora::os::OpenFolderA((path + kAllEntries).c_str()));
   });
   const auto doomed = Answer(std::vector<OldestFiles::File>(), [&] {
     OldestFiles files;

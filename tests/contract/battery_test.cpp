@@ -14,7 +14,7 @@
 namespace contract {
 namespace {
 
-constexpr unsigned int kClass = 8;
+constexpr unsigned int kBatteryClass = 8;
 constexpr unsigned int kPresent = 0;
 constexpr unsigned int kFull = 4;
 constexpr unsigned int kDesign = 5;
@@ -26,13 +26,14 @@ constexpr std::array kNumbers{0u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u};
 
 class BatteryContract : public testing::Test {
  protected:
-  BatteryContract() { EXPECT_NE(HalInit(kClass, nullptr), 0); }
+  BatteryContract() { EXPECT_NE(HalInit(kBatteryClass, nullptr), 0); }
 
   /// Queries with a buffer of `size` bytes, and makes sure that nothing is written behind it.
   static bool Query(unsigned int id, unsigned int size, std::array<std::uint8_t, 16>& buffer) {
     buffer.fill(0xEE);
     unsigned int returned = 0;
-    const bool is_answered = HalQueryInformation(kClass, nullptr, id, buffer.data(), size, &returned) != 0;
+    const bool is_answered =
+        HalQueryInformation(kBatteryClass, nullptr, id, buffer.data(), size, &returned) != 0;
     for (std::size_t i = size; i < buffer.size(); ++i) EXPECT_EQ(buffer[i], 0xEE) << id;
     return is_answered;
   }
@@ -45,15 +46,15 @@ class BatteryContract : public testing::Test {
   }
   static bool Set(unsigned int id, std::array<std::uint8_t, 2> record) {
     unsigned int returned = 0;
-    return HalSetInformation(kClass, nullptr, id, record.data(), record.size(), &returned) != 0;
+    return HalSetInformation(kBatteryClass, nullptr, id, record.data(), record.size(), &returned) != 0;
   }
 
   std::unique_ptr<Backend> backend_ = Backend::SetUp();
 };
 
 TEST_F(BatteryContract, PreparesTheClassAsOftenAsAsked) {
-  EXPECT_NE(HalInit(kClass, nullptr), 0);
-  EXPECT_NE(HalInit(kClass, nullptr), 0);
+  EXPECT_NE(HalInit(kBatteryClass, nullptr), 0);
+  EXPECT_NE(HalInit(kBatteryClass, nullptr), 0);
 }
 
 TEST_F(BatteryContract, MakesNoNumberOfWhatIsNotKnown) {

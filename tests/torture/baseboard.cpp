@@ -5,9 +5,9 @@
 namespace torture {
 namespace {
 
-using Getter = std::wstring (CBaseboard::*)();
+using BaseboardGetter = std::wstring (CBaseboard::*)();
 
-Operation TextOf(const char* name, Getter getter) {
+Operation TextOf(const char* name, BaseboardGetter getter) {
   return Operation(name, [getter] { return (CBaseboard().*getter)(); })
       .MayFailWith(std::wstring())
       .MayBeSpoiledTo(std::wstring(259, L'A'));

@@ -10,11 +10,10 @@ namespace {
 // Made beforehand: what an operation is given must not be what runs out of memory.
 const std::wstring kMouse = L"BTHLE\\Dev_D4A1B2C3E4F5";
 const std::wstring kAdapter = L"USB\\VID_8087&PID_0026";
-constexpr unsigned long kAbsent = 45;  // the problem code of a device that is not there
 constexpr unsigned long kNothing = 0xFFFFFFFF;
 
 /// What an over-long text is; a hardware ID of it means no adapter.
-std::wstring Endless() { return std::wstring(70'000, L'A'); }
+std::wstring Endless() { return std::wstring(kOverlong, L'A'); }
 
 template <class Getter>
 Operation AdapterText(const char* name, Getter getter) {

@@ -11,8 +11,6 @@ namespace {
 
 constexpr unsigned long kNotDone = 0xFFFFFFFF;
 constexpr unsigned long kNoSuchDevice = 0xE000020B;
-constexpr unsigned long kAbsent = 45;
-constexpr std::uint32_t kSpoiled = 0x41414141;
 
 /// A device that machine files have: its driver fails, and a reset heals it.
 constexpr auto kHardwareId = L"PCI\\VEN_14C3&DEV_7961&SUBSYS_E0BC14C3&REV_00";

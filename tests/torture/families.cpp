@@ -11,9 +11,6 @@ constexpr auto kClass = DeviceClass::kBaseboard;
 constexpr auto kOpened = DeviceClass::kDisk;  // the one class whose devices are opened
 constexpr std::uint32_t kText = 0;
 
-/// What every byte of an endless answer makes of a number.
-constexpr std::uint64_t kSpoiled = 0x4141414141414141;
-
 }  // namespace
 
 std::vector<Operation> FamilyOperations() {
@@ -49,7 +46,7 @@ std::vector<Operation> FamilyOperations() {
                 })
           .MayFailWith(std::tuple(false, 0))
           .MayFailWith(std::tuple(true, 0))
-          .MayBeSpoiledTo(std::tuple(true, static_cast<std::uint32_t>(kSpoiled))),
+          .MayBeSpoiledTo(std::tuple(true, kSpoiled)),
       Operation("hal::ReadNumber of 8 bytes",
                 [] {
                   std::uint64_t number = 77;
@@ -58,16 +55,16 @@ std::vector<Operation> FamilyOperations() {
                 })
           .MayFailWith(std::tuple(false, 0))
           .MayFailWith(std::tuple(true, 0))
-          .MayBeSpoiledTo(std::tuple(true, kSpoiled)),
+          .MayBeSpoiledTo(std::tuple(true, kSpoiledLarge)),
       Operation("hal::Number", [] { return hal::Number(kClass, kText); })
           .MayFailWith(0)
-          .MayBeSpoiledTo(static_cast<std::uint32_t>(kSpoiled)),
+          .MayBeSpoiledTo(kSpoiled),
       Operation("hal::WideTextOf", [] { return hal::WideTextOf(kOpened, 1, kText); })
           .MayFailWith(std::wstring())
           .MayBeSpoiledTo(std::wstring(259, static_cast<wchar_t>(0x4141))),
       Operation("hal::LargeNumberOf", [] { return hal::LargeNumberOf(kOpened, 1, kText); })
           .MayFailWith(0)
-          .MayBeSpoiledTo(kSpoiled),
+          .MayBeSpoiledTo(kSpoiledLarge),
       Operation("hal::QueryInto",
                 [] {
                   int value = 77;
@@ -76,7 +73,7 @@ std::vector<Operation> FamilyOperations() {
                 })
           .MayFailWith(std::tuple(0, 77))
           .MayFailWith(std::tuple(1, 77))  // a success that wrote nothing
-          .MayBeSpoiledTo(std::tuple(1, static_cast<int>(kSpoiled & 0xFFFFFFFF))),
+          .MayBeSpoiledTo(std::tuple(1, static_cast<int>(kSpoiled))),
   };
 }
 

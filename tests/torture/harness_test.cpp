@@ -24,7 +24,7 @@ simulator::Machine MachineWithProcess() {
   return machine;
 }
 
-Survey Try(const Operation& operation) { return Torture(operation, MachineWithProcess(), "a machine"); }
+Survey SurveyOf(const Operation& operation) { return Torture(operation, MachineWithProcess(), "a machine"); }
 
 /// Asks the board's product, which fails; true only when the call claims success.
 bool Query() {
@@ -34,38 +34,38 @@ bool Query() {
 }
 
 TEST(TheTorture, TriesEachCallInFourWaysAndEachAllocationOnceAndForEver) {
-  const auto survey = Try(Operation("two calls, one allocation",
-                                    [] {
-                                      try {
-                                        const std::wstring memory(100, L'x');
-                                        Query();
-                                        return Query() && memory.size() == 100;
-                                      } catch (...) {
-                                        return false;
-                                      }
-                                    })
-                              .MayBeSpoiledTo(true)
-                              .MayFailWith(true));
+  const auto survey = SurveyOf(Operation("two calls, one allocation",
+                                         [] {
+                                           try {
+                                             const std::wstring memory(100, L'x');
+                                             Query();
+                                             return Query() && memory.size() == 100;
+                                           } catch (...) {
+                                             return false;
+                                           }
+                                         })
+                                   .MayBeSpoiledTo(true)
+                                   .MayFailWith(true));
   EXPECT_EQ(survey.points, 2 * 4 * 2 + 1 * 2);
   EXPECT_EQ(survey.left_out, 0);
   EXPECT_THAT(survey.findings, IsEmpty());
 }
 
 TEST(TheTorture, FindsAnExceptionThatGetsOut) {
-  const auto survey = Try(Operation("lets it out", [] { return Query(); }).MayFailWith(true));
+  const auto survey = SurveyOf(Operation("lets it out", [] { return Query(); }).MayFailWith(true));
   ASSERT_EQ(survey.findings.size(), 2u);
   EXPECT_THAT(survey.findings, Each(HasSubstr("threw call 0 was made to throw")));
   EXPECT_THAT(survey.findings[0], HasSubstr("lets it out on a machine: call 0 throws"));
 }
 
 TEST(TheTorture, FindsAnAllocationThatNobodyGuards) {
-  const auto survey = Try(Operation("allocates", [] { return std::wstring(100, L'x'); }));
+  const auto survey = SurveyOf(Operation("allocates", [] { return std::wstring(100, L'x'); }));
   EXPECT_THAT(survey.findings, ElementsAre(HasSubstr("allocation 0 fails: threw"),
                                            HasSubstr("allocation 0 and each behind it fails: threw")));
 }
 
 TEST(TheTorture, FindsAResultThatIsNeitherRightNorADocumentedFailure) {
-  const auto survey = Try(Operation("garbage", [] {
+  const auto survey = SurveyOf(Operation("garbage", [] {
     try {
       return Query() ? 666 : 0;
     } catch (...) {
@@ -85,31 +85,31 @@ TEST(TheTorture, AcceptsWhatAnEndlessAnswerMayBeReadAsForSuchAnswersOnly) {
       return 0;
     }
   };
-  const auto survey = Try(Operation("spoiled", body).MayBeSpoiledTo(666));
+  const auto survey = SurveyOf(Operation("spoiled", body).MayBeSpoiledTo(666));
   EXPECT_THAT(survey.findings, Each(HasSubstr("succeeds with nothing")));
   EXPECT_EQ(survey.findings.size(), 2u);
 }
 
 TEST(TheTorture, FindsAHandleThatStaysOpenWhenSomethingFails) {
-  const auto survey = Try(Operation("leaks", [] {
-                            using namespace velmora::os;
-                            try {
-                              const Handle process = OpenProcess(1, false, 12, L"a.exe");
-                              if (process == nullptr) return 0;
-                              if (!TerminateProcess(process, 0)) return 0;
-                              CloseHandle(process);
-                              return 1;
-                            } catch (...) {
-                              return 0;
-                            }
-                          }).MayFailWith(0));
+  const auto survey = SurveyOf(Operation("leaks", [] {
+                                 using namespace velmora::os;
+                                 try {
+                                   const Handle process = OpenProcess(1, false, 12, L"a.exe");
+                                   if (process == nullptr) return 0;
+                                   if (!TerminateProcess(process, 0)) return 0;
+                                   CloseHandle(process);
+                                   return 1;
+                                 } catch (...) {
+                                   return 0;
+                                 }
+                               }).MayFailWith(0));
   ASSERT_THAT(survey.findings, Not(IsEmpty()));
   EXPECT_THAT(survey.findings, Each(HasSubstr("handles left open: 1")));
   EXPECT_THAT(survey.findings[0], HasSubstr("call 1 fails"));
 }
 
 TEST(TheTorture, FindsWhatIsWrongWithoutAnyFault) {
-  const auto survey = Try(Operation("wrong at once", [] {
+  const auto survey = SurveyOf(Operation("wrong at once", [] {
     velmora::os::CloseHandle(nullptr);
     return 0;
   }));
@@ -132,7 +132,7 @@ TEST(TheTorture, TriesAllPlacesOfAShortRunAndTheSameOnesOfALong) {
 }
 
 TEST(TheTorture, SaysHowManyPointsItsBoundLeftOut) {
-  const auto survey = Try(Operation("many calls", [] {
+  const auto survey = SurveyOf(Operation("many calls", [] {
     try {
       for (int i = 0; i < 100; ++i) Query();
     } catch (...) {

@@ -12,11 +12,8 @@
 namespace torture {
 namespace {
 
-constexpr std::uint32_t kSpoiled = 0x41414141;
-constexpr std::uint64_t kLargeSpoiled = 0x4141414141414141;
-
 template <class Class>
-Operation Text(const char* name, std::wstring (Class::*getter)(), const std::wstring& spoiled) {
+Operation TextSpoiledTo(const char* name, std::wstring (Class::*getter)(), const std::wstring& spoiled) {
   return Operation(name, [getter] { return (Class().*getter)(); })
       .MayFailWith(std::wstring())
       .MayBeSpoiledTo(spoiled);
@@ -32,7 +29,7 @@ Operation Count(const char* name, Number (Class::*getter)()) {
 using Numbers = std::vector<std::uint64_t>;
 
 /// What can be read where `right` stands, or nothing of it.
-Numbers Readings(const std::optional<std::uint64_t>& right) { return {right.value_or(0), 0, kLargeSpoiled}; }
+Numbers Readings(const std::optional<std::uint64_t>& right) { return {right.value_or(0), 0, kSpoiledLarge}; }
 
 /// All sums of one number out of each row.
 Numbers SumsOf(const std::vector<Numbers>& rows) {
@@ -77,7 +74,7 @@ Operation TotalMemory() {
                                   })
                             .MayFailWith(std::tuple(0, 0))
                             // Any count is believed up to this, and so is any capacity.
-                            .MayBeSpoiledTo(std::tuple(1, 4096 * kLargeSpoiled));
+                            .MayBeSpoiledTo(std::tuple(1, 4096 * kSpoiledLarge));
   for (const auto& machine : MachineFiles()) {
     std::vector<Numbers> rows;
     for (const auto& module : machine.memory_modules.value_or(std::vector<simulator::MemoryModule>()))
@@ -102,7 +99,7 @@ std::vector<Operation> MemoryOperations() {
                     })
               .MayFailWith(std::tuple(0, 0))
               .MayFailWith(std::tuple(1, 0))
-              .MayBeSpoiledTo(std::tuple(1, kLargeSpoiled)),
+              .MayBeSpoiledTo(std::tuple(1, kSpoiledLarge)),
           Operation("CMemory::GetMemoryNums",
                     [] {
                       unsigned int count = 77;
@@ -139,7 +136,7 @@ Operation DiskText(const char* name, std::wstring (CDisk::*getter)(int)) {
 Operation DiskCapacity(const char* name, std::uint64_t (CDisk::*getter)(int)) {
   return Operation(name, [getter] { return (CDisk().*getter)(0); })
       .MayFailWith(std::uint64_t{0})
-      .MayBeSpoiledTo(kLargeSpoiled);
+      .MayBeSpoiledTo(kSpoiledLarge);
 }
 
 /// What an operation that adds disks up can come to: each disk's part is right, missing or spoiled by itself.
@@ -196,17 +193,13 @@ std::vector<Operation> DiskOperations() {
           .MayBeSpoiledTo(std::tuple(1, static_cast<int>(kSpoiled)))};
 }
 
-void Append(std::vector<Operation>& all, std::vector<Operation> more) {
-  all.insert(all.end(), more.begin(), more.end());
-}
-
 std::vector<Operation> ProcessorOperations() {
   const std::wstring narrow(259, L'A');
-  return {Text("CCpu::GetCpuName", &CCpu::GetCpuName, std::wstring(49, L'A')),
-          Text("CCpu::GetCpuManufacturer", &CCpu::GetCpuManufacturer, narrow),
-          Text("CCpu::GetL1Associativity", &CCpu::GetL1Associativity, narrow),
-          Text("CCpu::GetL2Associativity", &CCpu::GetL2Associativity, narrow),
-          Text("CCpu::GetL3Associativity", &CCpu::GetL3Associativity, narrow),
+  return {TextSpoiledTo("CCpu::GetCpuName", &CCpu::GetCpuName, std::wstring(49, L'A')),
+          TextSpoiledTo("CCpu::GetCpuManufacturer", &CCpu::GetCpuManufacturer, narrow),
+          TextSpoiledTo("CCpu::GetL1Associativity", &CCpu::GetL1Associativity, narrow),
+          TextSpoiledTo("CCpu::GetL2Associativity", &CCpu::GetL2Associativity, narrow),
+          TextSpoiledTo("CCpu::GetL3Associativity", &CCpu::GetL3Associativity, narrow),
           Count("CCpu::GetPhysicalAddressBits", &CCpu::GetPhysicalAddressBits),
           Count("CCpu::GetLinearAddressBits", &CCpu::GetLinearAddressBits),
           Count("CCpu::GetCpuCurClock", &CCpu::GetCpuCurClock),
@@ -226,27 +219,33 @@ std::vector<Operation> VideoOperations() {
   const std::wstring narrow(259, L'A');
   const std::wstring wide(259, static_cast<wchar_t>(0x4141));
   return {
-      Text("CVediocard::GetInternalVideoCardName", &CVediocard::GetInternalVideoCardName, wide),
-      Text("CVediocard::GetInternalVideoCardStatus", &CVediocard::GetInternalVideoCardStatus, wide),
-      Text("CVediocard::GetInternalVideoCardDriverVersion", &CVediocard::GetInternalVideoCardDriverVersion,
-           wide),
-      Text("CVediocard::GetInternalVideoCardDriverDate", &CVediocard::GetInternalVideoCardDriverDate, wide),
-      Text("CVediocard::GetUsedVideoCardName", &CVediocard::GetUsedVideoCardName, wide),
-      Text("CVediocard::GetUsedVideoCardStatus", &CVediocard::GetUsedVideoCardStatus, wide),
-      Text("CVediocard::GetUsedVideoCardDriverVersion", &CVediocard::GetUsedVideoCardDriverVersion, wide),
-      Text("CVediocard::GetUsedVideoCardDriverDate", &CVediocard::GetUsedVideoCardDriverDate, wide),
-      Text("CVediocard::GetIndependentVideoCardName", &CVediocard::GetIndependentVideoCardName, wide),
-      Text("CVediocard::GetIndependentVideoCardStatus", &CVediocard::GetIndependentVideoCardStatus, wide),
-      Text("CVediocard::GetIndependentVideoCardDriverVersion",
-           &CVediocard::GetIndependentVideoCardDriverVersion, wide),
-      Text("CVediocard::GetIndependentVideoCardDriverDate", &CVediocard::GetIndependentVideoCardDriverDate,
-           wide),
-      Text("CVediocard::GetUnUsedVideoCardName", &CVediocard::GetUnUsedVideoCardName, wide),
-      Text("CVediocard::GetUnUsedVideoCardStatus", &CVediocard::GetUnUsedVideoCardStatus, wide),
-      Text("CVediocard::GetUnUsedVideoCardDriverVersion", &CVediocard::GetUnUsedVideoCardDriverVersion, wide),
-      Text("CVediocard::GetUnUsedVideoCardDriverDate", &CVediocard::GetUnUsedVideoCardDriverDate, wide),
-      Text("CVediocard::GetDisplayResolution", &CVediocard::GetDisplayResolution, wide),
-      Text("CVediocard::GetMonitorCaption", &CVediocard::GetMonitorCaption, narrow),
+      TextSpoiledTo("CVediocard::GetInternalVideoCardName", &CVediocard::GetInternalVideoCardName, wide),
+      TextSpoiledTo("CVediocard::GetInternalVideoCardStatus", &CVediocard::GetInternalVideoCardStatus, wide),
+      TextSpoiledTo("CVediocard::GetInternalVideoCardDriverVersion",
+                    &CVediocard::GetInternalVideoCardDriverVersion, wide),
+      TextSpoiledTo("CVediocard::GetInternalVideoCardDriverDate", &CVediocard::GetInternalVideoCardDriverDate,
+                    wide),
+      TextSpoiledTo("CVediocard::GetUsedVideoCardName", &CVediocard::GetUsedVideoCardName, wide),
+      TextSpoiledTo("CVediocard::GetUsedVideoCardStatus", &CVediocard::GetUsedVideoCardStatus, wide),
+      TextSpoiledTo("CVediocard::GetUsedVideoCardDriverVersion", &CVediocard::GetUsedVideoCardDriverVersion,
+                    wide),
+      TextSpoiledTo("CVediocard::GetUsedVideoCardDriverDate", &CVediocard::GetUsedVideoCardDriverDate, wide),
+      TextSpoiledTo("CVediocard::GetIndependentVideoCardName", &CVediocard::GetIndependentVideoCardName,
+                    wide),
+      TextSpoiledTo("CVediocard::GetIndependentVideoCardStatus", &CVediocard::GetIndependentVideoCardStatus,
+                    wide),
+      TextSpoiledTo("CVediocard::GetIndependentVideoCardDriverVersion",
+                    &CVediocard::GetIndependentVideoCardDriverVersion, wide),
+      TextSpoiledTo("CVediocard::GetIndependentVideoCardDriverDate",
+                    &CVediocard::GetIndependentVideoCardDriverDate, wide),
+      TextSpoiledTo("CVediocard::GetUnUsedVideoCardName", &CVediocard::GetUnUsedVideoCardName, wide),
+      TextSpoiledTo("CVediocard::GetUnUsedVideoCardStatus", &CVediocard::GetUnUsedVideoCardStatus, wide),
+      TextSpoiledTo("CVediocard::GetUnUsedVideoCardDriverVersion",
+                    &CVediocard::GetUnUsedVideoCardDriverVersion, wide),
+      TextSpoiledTo("CVediocard::GetUnUsedVideoCardDriverDate", &CVediocard::GetUnUsedVideoCardDriverDate,
+                    wide),
+      TextSpoiledTo("CVediocard::GetDisplayResolution", &CVediocard::GetDisplayResolution, wide),
+      TextSpoiledTo("CVediocard::GetMonitorCaption", &CVediocard::GetMonitorCaption, narrow),
       Count("CVediocard::GetVideoCardNumber", &CVediocard::GetVideoCardNumber),
       Count("CVediocard::GetInternalVedioCardMemorySize", &CVediocard::GetInternalVedioCardMemorySize),
       Count("CVediocard::GetUsedVedioCardMemorySize", &CVediocard::GetUsedVedioCardMemorySize),

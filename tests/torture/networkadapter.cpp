@@ -5,9 +5,6 @@
 namespace torture {
 namespace {
 
-/// More than any text that a spoiled service gives.
-constexpr std::size_t kOverlong = 70'000;
-
 Operation IndexedText(const char* name, int (CNetworkAdapter::*getter)(std::wstring&, int)) {
   return Operation(name,
                    [getter] {

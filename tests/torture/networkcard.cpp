@@ -12,9 +12,7 @@ using Texts = std::vector<std::wstring>;
 /// A card of the healthy laptop; on the other machines nothing has this ID.
 const std::wstring kCard = L"PCI\\VEN_8086&DEV_A0F0&SUBSYS_00748086&REV_20";
 
-constexpr std::size_t kOverlong = 70'000;  // characters of an over-long text
 constexpr unsigned long kSpoiledMedium = 0x41414141;
-constexpr unsigned long kAbsent = 45;  // the problem code of a device that is not there
 constexpr unsigned long kOldMedium = 77;
 
 template <class Result>

@@ -8,6 +8,8 @@
 /// tuple. It must do nothing else, because everything in it is made to fail.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <set>
@@ -75,6 +77,16 @@ class Operation {
   std::set<std::string> failures_;
   std::set<std::string> spoiled_;
 };
+
+// What stands in the results of many operations.
+inline constexpr unsigned long kAbsent = 45;           ///< the problem code of a device that is not there
+inline constexpr std::size_t kOverlong = 70'000;       ///< characters of an over-long text
+inline constexpr std::uint32_t kSpoiled = 0x41414141;  ///< what the bytes of an endless answer make
+inline constexpr std::uint64_t kSpoiledLarge = 0x4141414141414141;
+
+inline void Append(std::vector<Operation>& all, std::vector<Operation> more) {
+  all.insert(all.end(), more.begin(), more.end());
+}
 
 // The tables, one a subsystem.
 std::vector<Operation> FamilyOperations();

@@ -11,8 +11,6 @@ namespace torture {
 namespace {
 
 constexpr unsigned long kNoDevice = 0xFFFFFFFF;
-constexpr unsigned long kAbsentProblem = 45;
-constexpr std::size_t kOverlong = 70'000;  // what an answer without end has
 
 /// A description so short that the caller needs no memory to hand it over.
 constexpr const wchar_t* kDevice = L"MEI";
@@ -31,11 +29,8 @@ Operation Text(const char* name, std::wstring (Class::*getter)()) {
 
 /// A problem code: of a device that is not there, of one that was not asked, of one that gave nothing.
 Operation Problem(Operation operation) {
-  return std::move(operation)
-      .MayFailWith(kAbsentProblem)
-      .MayFailWith(kNoDevice)
-      .MayFailWith(0)
-      .MayBeSpoiledTo(std::numeric_limits<unsigned int>::max());
+  return std::move(operation).MayFailWith(kAbsent).MayFailWith(kNoDevice).MayFailWith(0).MayBeSpoiledTo(
+      std::numeric_limits<unsigned int>::max());
 }
 
 Operation VersionOf(const char* name, stDEVICE_DRIVER_TYPE kind) {
@@ -99,10 +94,6 @@ std::vector<Operation> BiometricOperations() {
                             [] { return CBiometric().GetSystemDeviceErrorCodeByDesc(kDevice); })),
           Problem(Operation("CBiometric::GetSystemDeviceErrorCodeByHardId",
                             [] { return CBiometric().GetSystemDeviceErrorCodeByHardId(kDevice); }))};
-}
-
-void Append(std::vector<Operation>& all, std::vector<Operation> more) {
-  all.insert(all.end(), more.begin(), more.end());
 }
 
 }  // namespace

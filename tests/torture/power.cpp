@@ -7,34 +7,32 @@
 namespace torture {
 namespace {
 
-constexpr std::uint32_t kSpoiled = 0x41414141;
-
 using Threshold = _BATTERY_CHARGE_THRESHOLD_LIMIT_STRUCT;
 
-Operation Text(const char* name, std::wstring (CBattery::*getter)()) {
+Operation BatteryText(const char* name, std::wstring (CBattery::*getter)()) {
   return Operation(name, [getter] { return (CBattery().*getter)(); })
       .MayFailWith(std::wstring())
       .MayBeSpoiledTo(std::wstring(259, L'A'));
 }
 
-Operation Number(const char* name, unsigned long (CBattery::*getter)()) {
+Operation BatteryNumber(const char* name, unsigned long (CBattery::*getter)()) {
   return Operation(name, [getter] { return (CBattery().*getter)(); }).MayFailWith(0).MayBeSpoiledTo(kSpoiled);
 }
 
 std::vector<Operation> BatteryOperations() {
   return {
-      Text("CBattery::GetBatteryName", &CBattery::GetBatteryName),
-      Text("CBattery::GetBatteryManufacturer", &CBattery::GetBatteryManufacturer),
+      BatteryText("CBattery::GetBatteryName", &CBattery::GetBatteryName),
+      BatteryText("CBattery::GetBatteryManufacturer", &CBattery::GetBatteryManufacturer),
       Operation("CBattery::CheckBattery", [] { return CBattery().CheckBattery(); })
           .MayFailWith(0)
           .MayFailWith(1)  // a query that succeeds and gives nothing
           .MayBeSpoiledTo(1),
-      Number("CBattery::GetBatteryRemainCapacity", &CBattery::GetBatteryRemainCapacity),
-      Number("CBattery::GetBatteryFullCapacity", &CBattery::GetBatteryFullCapacity),
-      Number("CBattery::GetBatteryDesignCapacity", &CBattery::GetBatteryDesignCapacity),
-      Number("CBattery::GetBatteryVoltage", &CBattery::GetBatteryVoltage),
-      Number("CBattery::GetDisChargeRate", &CBattery::GetDisChargeRate),
-      Number("CBattery::GetChargeRate", &CBattery::GetChargeRate),
+      BatteryNumber("CBattery::GetBatteryRemainCapacity", &CBattery::GetBatteryRemainCapacity),
+      BatteryNumber("CBattery::GetBatteryFullCapacity", &CBattery::GetBatteryFullCapacity),
+      BatteryNumber("CBattery::GetBatteryDesignCapacity", &CBattery::GetBatteryDesignCapacity),
+      BatteryNumber("CBattery::GetBatteryVoltage", &CBattery::GetBatteryVoltage),
+      BatteryNumber("CBattery::GetDisChargeRate", &CBattery::GetDisChargeRate),
+      BatteryNumber("CBattery::GetChargeRate", &CBattery::GetChargeRate),
       Operation("CBattery::AcLine", [] { return unsigned{CBattery().AcLine()}; })
           .MayFailWith(0)
           .MayBeSpoiledTo(kSpoiled & 0xFF),

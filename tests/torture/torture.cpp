@@ -25,7 +25,7 @@ struct Point {
 };
 
 /// What one run came to.
-struct Result {
+struct RunResult {
   std::string outcome;
   bool has_thrown = false;
   int calls = 0;
@@ -59,19 +59,19 @@ std::string Describe(const Point& point) {
 class TerminationNotice {
  public:
   explicit TerminationNotice(std::string text) : previous_(std::set_terminate(Report)) {
-    Text() = std::move(text);
+    DyingWords() = std::move(text);
   }
   TerminationNotice(const TerminationNotice&) = delete;
   TerminationNotice& operator=(const TerminationNotice&) = delete;
   ~TerminationNotice() { std::set_terminate(previous_); }
 
  private:
-  static std::string& Text() {
+  static std::string& DyingWords() {
     static std::string text;
     return text;
   }
   [[noreturn]] static void Report() {
-    std::fprintf(stderr, "terminated: %s\n", Text().c_str());
+    std::fprintf(stderr, "terminated: %s\n", DyingWords().c_str());
     std::abort();
   }
 
@@ -79,9 +79,9 @@ class TerminationNotice {
 };
 
 /// Runs the operation with `point` going wrong, or clean without one.
-Result RunOnce(const Operation& operation, const simulator::Machine& machine,
-               const std::optional<Point>& point) {
-  Result result;
+RunResult RunOnce(const Operation& operation, const simulator::Machine& machine,
+                  const std::optional<Point>& point) {
+  RunResult result;
   const CapturedProblems captured;
   {
     auto run = simulator::Use(machine);
@@ -108,7 +108,7 @@ Result RunOnce(const Operation& operation, const simulator::Machine& machine,
 
 /// Says what is wrong with a result; nothing when all is well.
 std::vector<std::string> Judge(const Operation& operation, const std::string& clean, const Point& point,
-                               const Result& result) {
+                               const RunResult& result) {
   std::vector<std::string> findings = result.problems;
   if (result.has_thrown) {
     findings.push_back("threw " + result.outcome);
@@ -129,7 +129,7 @@ class Torturer {
 
   Survey Run() {
     RunOnce(operation_, machine_, std::nullopt);  // what is set up at first use is no allocation of the next
-    const Result clean = RunOnce(operation_, machine_, std::nullopt);
+    const RunResult clean = RunOnce(operation_, machine_, std::nullopt);
     Note("run clean", clean.problems);
     if (clean.has_thrown) Note("run clean", {"threw " + clean.outcome});
     clean_ = clean.outcome;

@@ -20,8 +20,7 @@ std::vector<Operation> AllOperations() {
   for (const auto table : {BaseboardOperations, BluetoothOperations, DeviceDriverOperations, FamilyOperations,
                            InventoryOperations, NetworkAdapterOperations, NetworkCardOperations,
                            PartsOperations, PowerOperations, ServiceAndFileOperations}) {
-    const auto operations = table();
-    all.insert(all.end(), operations.begin(), operations.end());
+    Append(all, table());
   }
   return all;
 }
@@ -47,7 +46,7 @@ std::string TestName(const Operation& operation) {
 }
 
 /// Tells at the end how much was tried.
-class Count : public testing::Environment {
+class Tally : public testing::Environment {
  public:
   void SetUp() override { log4cxx::helpers::LogLog::setQuietMode(true); }  // its reports are expected here
   void TearDown() override {
@@ -60,7 +59,7 @@ class Count : public testing::Environment {
   int left_out = 0;
 };
 
-auto* const count = static_cast<Count*>(testing::AddGlobalTestEnvironment(new Count));
+auto* const tally = static_cast<Tally*>(testing::AddGlobalTestEnvironment(new Tally));
 
 class EveryOperation : public testing::TestWithParam<Operation> {
  protected:
@@ -69,8 +68,8 @@ class EveryOperation : public testing::TestWithParam<Operation> {
     for (const auto& [name, machine] : Machines()) {
       const Survey survey = Torture(GetParam(), machine, name);
       for (const auto& finding : survey.findings) ADD_FAILURE() << finding;
-      count->points += survey.points;
-      count->left_out += survey.left_out;
+      tally->points += survey.points;
+      tally->left_out += survey.left_out;
     }
   }
 };
@@ -78,7 +77,7 @@ class EveryOperation : public testing::TestWithParam<Operation> {
 TEST_P(EveryOperation, SurvivesWhateverGoesWrongBelowIt) {
   const velmora::testing::NoLogger no_logger;
   TortureOnEveryMachine();
-  ++count->operations;
+  ++tally->operations;
 }
 
 TEST_P(EveryOperation, SurvivesItAlsoWhileItsHostLogs) {

@@ -13,7 +13,7 @@ namespace {
 /// What an access point tells of itself comes from outside: its bytes may be in any code page.
 Value OutsideText(const std::string& bytes) { return bytes.empty() ? Value(Absent{}) : Value(ToUtf8(bytes)); }
 
-std::string Verdict(std::size_t found, std::size_t asked) {
+std::string FoundVerdict(std::size_t found, std::size_t asked) {
   return "The access points of " + std::to_string(found) + " of " + std::to_string(asked) +
          " networks are known.";
 }
@@ -39,7 +39,7 @@ Section AccessPointsSection(const std::vector<std::string>& names) {
   }
   return {.key = "access_points",
           .title = "Access points",
-          .verdict = Verdict(found, names.size()),
+          .verdict = FoundVerdict(found, names.size()),
           .rows = {},
           .lists = {std::move(list)}};
 }

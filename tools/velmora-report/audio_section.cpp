@@ -47,7 +47,7 @@ Value LineValue(std::string_view line) {
   return ToUtf8(line);
 }
 
-std::string Verdict(const std::wstring& name, unsigned int problem, enmDRIVER_SOURCE_INFO source) {
+std::string AudioVerdict(const std::wstring& name, unsigned int problem, enmDRIVER_SOURCE_INFO source) {
   const std::string device = name.empty() ? "The audio device" : ToUtf8(name);
   const std::string state =
       problem == 0 ? " works" : " does not work (problem " + std::to_string(problem) + ")";
@@ -69,7 +69,7 @@ Section AudioSection() {
   return {
       .key = "audio",
       .title = "Audio",
-      .verdict = is_found ? Verdict(name, problem, source) : "No audio device was found.",
+      .verdict = is_found ? AudioVerdict(name, problem, source) : "No audio device was found.",
       .rows =
           {
               {"name", "Name", TextValue(name)},

@@ -5,13 +5,13 @@
 namespace report {
 namespace {
 
-constexpr std::uint64_t kDisabled = 22;
+constexpr std::uint64_t kDisabledProblem = 22;
 
 }  // namespace
 
 BluetoothRemedy RemedyFor(const BluetoothState& state) {
   if (!state.hardware_id.empty()) {
-    const bool works_or_is_off = state.problem_code == 0 || state.problem_code == kDisabled;
+    const bool works_or_is_off = state.problem_code == 0 || state.problem_code == kDisabledProblem;
     return works_or_is_off ? BluetoothRemedy::kNotNeeded : BluetoothRemedy::kDriverRepair;
   }
   if (state.is_unknown) return BluetoothRemedy::kRescan;
@@ -32,7 +32,7 @@ std::string Intention(BluetoothRemedy remedy) {
 std::string Advice(BluetoothRemedy remedy, const BluetoothState& state) {
   switch (remedy) {
     case BluetoothRemedy::kNotNeeded:
-      return state.problem_code == kDisabled ? "Switch it on where it was switched off." : "";
+      return state.problem_code == kDisabledProblem ? "Switch it on where it was switched off." : "";
     case BluetoothRemedy::kDriverRepair:
       return "Its driver may help itself: repair reset --kind bluetooth --id \"" + ToUtf8(state.hardware_id) +
              "\".";

@@ -16,7 +16,7 @@ const Command* const kCommands[] = {
 };
 
 /// "service start, service stop"
-std::string Names(std::string_view group) {
+std::string CommandNames(std::string_view group) {
   std::string names;
   for (const Command* const command : kCommands) {
     if (command->group != group) continue;
@@ -33,12 +33,12 @@ bool IsCommandGroup(std::string_view word) {
 
 const Command& FindCommand(std::span<const std::string> words) {
   const std::string& group = words.front();
-  if (words.size() < 2) throw UsageError(group + " needs to know what: " + Names(group));
+  if (words.size() < 2) throw UsageError(group + " needs to know what: " + CommandNames(group));
   const auto* const found = std::ranges::find_if(kCommands, [&](const Command* command) {
     return command->group == group && command->name == words[1];
   });
   if (found == std::end(kCommands)) {
-    throw UsageError("there is no command \"" + group + " " + words[1] + "\", only " + Names(group));
+    throw UsageError("there is no command \"" + group + " " + words[1] + "\", only " + CommandNames(group));
   }
   return **found;
 }

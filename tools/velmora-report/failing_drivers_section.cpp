@@ -26,7 +26,7 @@ Rows DriverRows(const stErrDriverInfo& info) {
   };
 }
 
-std::string Verdict(std::size_t count) {
+std::string FailureVerdict(std::size_t count) {
   if (count == 0) return "No device is known to have a failing driver.";
   return count == 1 ? "One device has a failing driver."
                     : std::to_string(count) + " devices have a failing driver.";
@@ -47,7 +47,7 @@ Section FailingDriversSection() {
   const std::size_t count = devices.items.size();
   return {.key = "failing_drivers",
           .title = "Failing drivers",
-          .verdict = Verdict(count),
+          .verdict = FailureVerdict(count),
           .rows = {{"count", "Failing devices", std::uint64_t{count}}},
           .lists = {std::move(devices)}};
 }

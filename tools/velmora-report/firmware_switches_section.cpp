@@ -13,10 +13,10 @@ struct Device {
   const char* name;
 };
 
-constexpr std::array kDevices{Device{emDEVICE_WIRELESS, "wireless", "Wi-Fi card"},
-                              Device{emDEVICE_BLUETOOTH, "bluetooth", "Bluetooth radio"},
-                              Device{emDEVICE_FINGERPRINT, "fingerprint", "Fingerprint reader"},
-                              Device{emDEVICE_AUDIO, "audio", "Audio device"}};
+constexpr std::array kSwitchedDevices{Device{emDEVICE_WIRELESS, "wireless", "Wi-Fi card"},
+                                      Device{emDEVICE_BLUETOOTH, "bluetooth", "Bluetooth radio"},
+                                      Device{emDEVICE_FINGERPRINT, "fingerprint", "Fingerprint reader"},
+                                      Device{emDEVICE_AUDIO, "audio", "Audio device"}};
 
 }  // namespace
 
@@ -24,7 +24,7 @@ Section FirmwareSwitchesSection() {
   CBiosFun firmware;
   Section section{.key = "firmware_switches", .title = "Firmware switches"};
   bool is_any_read = false;
-  for (const Device& device : kDevices) {
+  for (const Device& device : kSwitchedDevices) {
     bool is_on = false;
     const bool is_read = firmware.GetBiosSwitch(is_on, device.kind);
     section.rows.push_back(

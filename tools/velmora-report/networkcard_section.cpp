@@ -58,7 +58,7 @@ Rows CardRows(CNetworkCard& cards, const Card& card) {
   };
 }
 
-std::string Verdict(const std::vector<Card>& cards) {
+std::string CardsVerdict(const std::vector<Card>& cards) {
   if (cards.empty()) return "No internal network card was found.";
   std::string kinds;
   for (const Card& card : cards) {
@@ -84,7 +84,7 @@ Section NetworkCardSection() {
   return {
       .key = "network_cards",
       .title = "Network cards",
-      .verdict = Verdict(listed),
+      .verdict = CardsVerdict(listed),
       .rows =
           {
               {"count", "Internal cards", count},

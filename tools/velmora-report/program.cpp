@@ -27,7 +27,7 @@ ExitStatus OutputReport(const Report& report, bool json) {
   return Output(json ? WriteJson(report) : WriteText(report));
 }
 
-int Repair(const Options& options) {
+int RunOneRepair(const Options& options) {
   const RepairOutcome outcome = RunRepair(options.repair);
   const ExitStatus written = OutputReport({outcome.section}, options.json);
   return written == kDone ? outcome.status : written;
@@ -53,7 +53,7 @@ int RunOptions(const Options& options) {
   if (options.action == Options::Action::kCommand) return RunCommand(options);
   if (!options.machine.empty())
     return RunOnMachine(VELMORA_SIMULATED_PROGRAM, options.machine, options.others);
-  if (options.action == Options::Action::kRepair) return Repair(options);
+  if (options.action == Options::Action::kRepair) return RunOneRepair(options);
   Report report = options.action == Options::Action::kDevices ? Report{DevicesSection()} : ReadMachine();
   if (!options.services.empty()) report.push_back(ServicesSection(options.services));
   if (!options.processes.empty()) report.push_back(ProcessesSection(options.processes));

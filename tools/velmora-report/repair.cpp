@@ -17,7 +17,7 @@ const RepairVerb* const kVerbs[] = {
     &kBluetoothVerb,
 };
 
-std::string Names() {
+std::string RepairNames() {
   std::string names;
   for (const RepairVerb* const verb : kVerbs) names += (names.empty() ? "" : ", ") + std::string(verb->name);
   return names;
@@ -26,10 +26,10 @@ std::string Names() {
 }  // namespace
 
 RepairOutcome RunRepair(std::span<const std::string> arguments) {
-  if (arguments.empty()) throw UsageError("repair needs to know what: " + Names());
+  if (arguments.empty()) throw UsageError("repair needs to know what: " + RepairNames());
   const auto* const found = std::ranges::find(kVerbs, arguments.front(), &RepairVerb::name);
   if (found == std::end(kVerbs))
-    throw UsageError("there is no repair \"" + arguments.front() + "\", only " + Names());
+    throw UsageError("there is no repair \"" + arguments.front() + "\", only " + RepairNames());
   const RepairVerb& verb = **found;
   return verb.run(RepairArguments(arguments.subspan(1), verb.options, verb.most_words));
 }

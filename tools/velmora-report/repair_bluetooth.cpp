@@ -76,7 +76,7 @@ std::string Plan(BluetoothRemedy remedy, const std::string& address) {
 }
 
 /// Two sentences, of which the second may be empty.
-std::string Joined(const std::string& first, const std::string& second) {
+std::string JoinedSentences(const std::string& first, const std::string& second) {
   return second.empty() ? first : first + " " + second;
 }
 
@@ -97,7 +97,7 @@ std::uint64_t ResetRadio(const std::string& address, Rows& rows) {
   return error;
 }
 
-RepairOutcome Act(BluetoothRemedy remedy, const std::string& address, Section section) {
+RepairOutcome RepairAdapter(BluetoothRemedy remedy, const std::string& address, Section section) {
   const Value result = Use(remedy);
   const std::uint64_t reset_error = address.empty() ? 0 : ResetRadio(address, section.rows);
   const BluetoothState after = ReadBluetoothState();
@@ -116,7 +116,7 @@ RepairOutcome Act(BluetoothRemedy remedy, const std::string& address, Section se
   return {std::move(section), is_done ? kDone : kFailed};
 }
 
-RepairOutcome Repair(const RepairArguments& arguments) {
+RepairOutcome RepairBluetooth(const RepairArguments& arguments) {
   const BluetoothState before = ReadBluetoothState();
   const BluetoothRemedy remedy = RemedyFor(before);
   const std::string address = arguments.Optional(kAddress);
@@ -135,7 +135,7 @@ RepairOutcome Repair(const RepairArguments& arguments) {
   const std::string plan = Plan(remedy, address);
   if (plan.empty()) {
     const ExitStatus status = remedy == BluetoothRemedy::kNotNeeded ? kDone : kFailed;
-    return Tell(std::move(section), Joined(Sentence(before), Advice(remedy, before)), "", status);
+    return Tell(std::move(section), JoinedSentences(Sentence(before), Advice(remedy, before)), "", status);
   }
   const std::string reason = WhyNot(remedy, target);
   if (!reason.empty() && !IsForced(arguments, *target)) {
@@ -143,8 +143,8 @@ RepairOutcome Repair(const RepairArguments& arguments) {
     const std::string remark = "--force \"" + NameToForce(*target) + "\" takes that upon you";
     return Tell(std::move(section), "Refused: " + reason + ".", remark, kRefused);
   }
-  if (arguments.IsConfirmed()) return Act(remedy, address, std::move(section));
-  const std::string state = Joined(Sentence(before), Advice(remedy, before));
+  if (arguments.IsConfirmed()) return RepairAdapter(remedy, address, std::move(section));
+  const std::string state = JoinedSentences(Sentence(before), Advice(remedy, before));
   return Tell(std::move(section), state + " Would " + plan + ".", "--yes does it", kDone);
 }
 
@@ -157,6 +157,6 @@ constexpr RepairVerb kBluetoothVerb{
         "bring a lost Bluetooth adapter back, and with its address reset its radio;\n"
         "                  --force names a USB device that the machine needs",
     .options = kOptions,
-    .run = Repair};
+    .run = RepairBluetooth};
 
 }  // namespace report

@@ -20,7 +20,7 @@ std::string NameIn(std::span<const std::string> arguments, const char* command) 
   return read.Words().front();
 }
 
-Section SectionFor(const char* action, const std::string& name, const std::wstring& before) {
+Section ChangeSection(const char* action, const std::string& name, const std::wstring& before) {
   return {.key = "service",
           .title = "Service",
           .rows = {{"action", "Action", std::string(action)},
@@ -38,7 +38,7 @@ CommandOutcome Finish(Section section, const std::wstring& name, bool is_done, s
 CommandOutcome Start(std::span<const std::string> arguments) {
   const std::string text = NameIn(arguments, "service start");
   const std::wstring name = FromUtf8(text);
-  Section section = SectionFor("start", text, GetServiceState(name));
+  Section section = ChangeSection("start", text, GetServiceState(name));
   const bool is_started = StartServiceByName(name);
   const bool runs = IsServiceRunning(name);
   std::string verdict = is_started ? "The start was accepted, but the service does not run."
@@ -50,7 +50,7 @@ CommandOutcome Start(std::span<const std::string> arguments) {
 CommandOutcome Stop(std::span<const std::string> arguments) {
   const std::string text = NameIn(arguments, "service stop");
   const std::wstring name = FromUtf8(text);
-  Section section = SectionFor("stop", text, GetServiceState(name));
+  Section section = ChangeSection("stop", text, GetServiceState(name));
   StopServiceByName(name);
   const std::wstring after = GetServiceState(name);
   std::string verdict = "The service has not stopped.";

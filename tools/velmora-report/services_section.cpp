@@ -10,13 +10,15 @@ namespace report {
 namespace {
 
 /// "2 of 3 services run: a, b."
-std::string Verdict(std::uint64_t running, std::size_t asked, const std::string& things,
-                    const std::string& others) {
+std::string RunningVerdict(std::uint64_t running, std::size_t asked, const std::string& things,
+                           const std::string& others) {
   std::string verdict = std::to_string(running) + " of " + std::to_string(asked) + " " + things + " run";
   return verdict + (others.empty() ? "." : "; not running: " + others + ".");
 }
 
-void Append(const std::string& name, std::string& names) { names += (names.empty() ? "" : ", ") + name; }
+void AppendListed(const std::string& name, std::string& names) {
+  names += (names.empty() ? "" : ", ") + name;
+}
 
 }  // namespace
 
@@ -32,11 +34,11 @@ Section ServicesSection(const std::vector<std::string>& names) {
                           {"state", "State", TextValue(GetServiceState(wide_name))},
                           {"running", "Runs", runs}});
     running += runs ? 1 : 0;
-    if (!runs) Append(name, others);
+    if (!runs) AppendListed(name, others);
   }
   return {.key = "services",
           .title = "Services",
-          .verdict = Verdict(running, names.size(), "services", others),
+          .verdict = RunningVerdict(running, names.size(), "services", others),
           .rows = {{"running_count", "Services that run", running},
                    {"push_notification_service", "Push notifications", TextValue(GetWpnUserServiceExName())}},
           .lists = {std::move(list)}};
@@ -50,11 +52,11 @@ Section ProcessesSection(const std::vector<std::string>& names) {
     const bool runs = IsProcessRunning(FromUtf8(name));
     list.items.push_back({{"name", "Name", name}, {"running", "Runs", runs}});
     running += runs ? 1 : 0;
-    if (!runs) Append(name, others);
+    if (!runs) AppendListed(name, others);
   }
   return {.key = "processes",
           .title = "Processes",
-          .verdict = Verdict(running, names.size(), "programs", others),
+          .verdict = RunningVerdict(running, names.size(), "programs", others),
           .rows = {{"running_count", "Programs that run", running},
                    {"wmi_sink_running", "WMI's own sink runs", IsProc_unsecapp_Exist()}},
           .lists = {std::move(list)}};

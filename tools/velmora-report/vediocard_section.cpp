@@ -6,8 +6,8 @@ namespace report {
 namespace {
 
 /// The facts of one card, which is absent when it has no name.
-Rows CardRows(const std::wstring& name, const std::wstring& status, const std::wstring& version,
-              const std::wstring& date, unsigned long memory, unsigned long error) {
+Rows VideoRows(const std::wstring& name, const std::wstring& status, const std::wstring& version,
+               const std::wstring& date, unsigned long memory, unsigned long error) {
   return {
       {"name", "Name", TextValue(name)},
       {"status", "Status", TextValue(status)},
@@ -19,15 +19,15 @@ Rows CardRows(const std::wstring& name, const std::wstring& status, const std::w
 }
 
 Rows InternalCard(CVediocard& cards) {
-  return CardRows(cards.GetInternalVideoCardName(), cards.GetInternalVideoCardStatus(),
-                  cards.GetInternalVideoCardDriverVersion(), cards.GetInternalVideoCardDriverDate(),
-                  cards.GetInternalVedioCardMemorySize(), cards.GetInternalVedioCardErrorCode());
+  return VideoRows(cards.GetInternalVideoCardName(), cards.GetInternalVideoCardStatus(),
+                   cards.GetInternalVideoCardDriverVersion(), cards.GetInternalVideoCardDriverDate(),
+                   cards.GetInternalVedioCardMemorySize(), cards.GetInternalVedioCardErrorCode());
 }
 
 Rows IndependentCard(CVediocard& cards) {
-  return CardRows(cards.GetIndependentVideoCardName(), cards.GetIndependentVideoCardStatus(),
-                  cards.GetIndependentVideoCardDriverVersion(), cards.GetIndependentVideoCardDriverDate(),
-                  cards.GetIndependentVedioCardMemorySize(), cards.GetIndependentVedioCardErrorCode());
+  return VideoRows(cards.GetIndependentVideoCardName(), cards.GetIndependentVideoCardStatus(),
+                   cards.GetIndependentVideoCardDriverVersion(), cards.GetIndependentVideoCardDriverDate(),
+                   cards.GetIndependentVedioCardMemorySize(), cards.GetIndependentVedioCardErrorCode());
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ class Radio : public KernelObject {
 class RadioSearch : public HandleObject {};
 class DeviceSearch : public HandleObject {};
 
-Handle Fail(std::uint32_t error) noexcept {
+Handle FailToFind(std::uint32_t error) noexcept {
   SetLastError(error);
   return nullptr;
 }
@@ -83,13 +83,13 @@ std::optional<BluetoothObjects> Inquire(SystemBus* bus, const std::string& adapt
 }  // namespace
 
 Handle BluetoothFindFirstRadio(const BluetoothFindRadioParameters& parameters, Handle& radio) {
-  if (parameters.size != sizeof parameters) return Fail(kErrorRevisionMismatch);
+  if (parameters.size != sizeof parameters) return FailToFind(kErrorRevisionMismatch);
   const Bus bus = ConnectToSystemBus();
   const auto objects = bus ? ReadBluetoothObjects(bus.get()) : std::nullopt;
-  if (!objects) return Fail(kErrorNoMoreItems);
+  if (!objects) return FailToFind(kErrorNoMoreItems);
   const auto found = std::find_if(objects->adapters.begin(), objects->adapters.end(),
                                   [](const BluetoothAdapter& adapter) { return adapter.is_powered; });
-  if (found == objects->adapters.end()) return Fail(kErrorNoMoreItems);
+  if (found == objects->adapters.end()) return FailToFind(kErrorNoMoreItems);
   auto search = std::make_unique<RadioSearch>();
   radio = HandleOf(std::make_unique<Radio>(found->path));
   return HandleOf(std::move(search));
@@ -120,11 +120,12 @@ std::uint32_t BluetoothGetRadioInfo(Handle handle, BluetoothRadioInfo& info) {
 
 Handle BluetoothFindFirstDevice(const BluetoothSearchParameters& parameters, BluetoothDeviceInfo& info) {
   const auto* radio = ObjectOf<Radio>(parameters.radio);
-  if (radio == nullptr) return Fail(kErrorInvalidHandle);
-  if (parameters.size != sizeof parameters || info.size != sizeof info) return Fail(kErrorRevisionMismatch);
+  if (radio == nullptr) return FailToFind(kErrorInvalidHandle);
+  if (parameters.size != sizeof parameters || info.size != sizeof info)
+    return FailToFind(kErrorRevisionMismatch);
   const Bus bus = ConnectToSystemBus();
   const auto objects = bus ? Inquire(bus.get(), radio->Path(), parameters) : std::nullopt;
-  if (!objects) return Fail(kErrorNoMoreItems);
+  if (!objects) return FailToFind(kErrorNoMoreItems);
   for (const BluetoothDevice& device : objects->devices) {
     const auto address = ParseBluetoothAddress(device.address);
     const bool is_candidate = address && device.adapter == radio->Path() && !IsLowEnergyOnly(device);
@@ -133,7 +134,7 @@ Handle BluetoothFindFirstDevice(const BluetoothSearchParameters& parameters, Blu
     Fill(device, *address, info);
     return HandleOf(std::move(search));
   }
-  return Fail(kErrorNoMoreItems);
+  return FailToFind(kErrorNoMoreItems);
 }
 
 bool BluetoothFindDeviceClose(Handle find) { return CloseObject<DeviceSearch>(find); }

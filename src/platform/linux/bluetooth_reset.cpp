@@ -13,8 +13,8 @@
 namespace velmora::os {
 namespace {
 
-constexpr const char* kService = "org.bluez";
-constexpr const char* kAdapterInterface = "org.bluez.Adapter1";
+constexpr const char* kBluez = "org.bluez";
+constexpr const char* kBluezAdapter = "org.bluez.Adapter1";
 
 /// Sets the adapter's power and reads it back until it has followed.
 std::uint32_t SwitchPower(SystemBus* bus, const BusObject& adapter, bool on) {
@@ -36,9 +36,8 @@ std::uint32_t SwitchPower(SystemBus* bus, const BusObject& adapter, bool on) {
 std::optional<std::uint32_t> ResetThroughService(const std::string& adapter) {
   const Bus bus = ConnectToSystemBus();
   const std::string path = "/org/bluez/" + adapter;
-  const BusObject object{kService, path.c_str(), kAdapterInterface};
-  if (!bus || !IsOnBus(bus.get(), kService) || !ReadBusFlag(bus.get(), object, "Powered"))
-    return std::nullopt;
+  const BusObject object{kBluez, path.c_str(), kBluezAdapter};
+  if (!bus || !IsOnBus(bus.get(), kBluez) || !ReadBusFlag(bus.get(), object, "Powered")) return std::nullopt;
   const std::uint32_t off_error = SwitchPower(bus.get(), object, false);
   const std::uint32_t on_error = SwitchPower(bus.get(), object, true);  // also when it would not go off
   return on_error != 0 ? on_error : off_error;

@@ -99,7 +99,7 @@ FolderHandle HandleOfFolder(Descriptor folder) {
 }
 
 template <class Result>
-Result Fail(std::uint32_t error) noexcept {
+Result FailWith(std::uint32_t error) noexcept {
   SetLastError(error);
   return Result{};
 }
@@ -110,7 +110,7 @@ bool DeleteEntry(int folder, const char* name, const FileTime& last_write_time) 
   if (fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0) return false;
   const auto units = [](const FileTime& time) { return (std::uint64_t{time.high} << 32) | time.low; };
   const auto written = FileTimeOf(facts.st_mtim.tv_sec, static_cast<std::uint32_t>(facts.st_mtim.tv_nsec));
-  if (units(written) > units(last_write_time)) return Fail<bool>(kErrorFileInvalid);
+  if (units(written) > units(last_write_time)) return FailWith<bool>(kErrorFileInvalid);
   return unlinkat(folder, name, 0) == 0;
 }
 
@@ -118,20 +118,20 @@ bool DeleteEntry(int folder, const char* name, const FileTime& last_write_time) 
 
 FolderHandle OpenFolderA(const char* pattern) {
   const auto path = ListedFolder(std::string_view(pattern));
-  if (!path) return Fail<FolderHandle>(kErrorPathNotFound);
+  if (!path) return FailWith<FolderHandle>(kErrorPathNotFound);
   Descriptor folder(open(path->c_str(), kToList));
   return HandleOfFolder(folder ? std::move(folder) : Refuse());
 }
 
 FolderHandle OpenSubfolderA(FolderHandle handle, const char* path) {
   const auto* folder = ObjectOf<OpenedFolder>(handle);
-  if (folder == nullptr) return Fail<FolderHandle>(kErrorInvalidHandle);
+  if (folder == nullptr) return FailWith<FolderHandle>(kErrorInvalidHandle);
   return HandleOfFolder(StepDown(folder->Number(), path, kToList));
 }
 
 bool ReadFolderA(FolderHandle handle, FolderEntry& entry) {
   auto* folder = ObjectOf<OpenedFolder>(handle);
-  if (folder == nullptr) return Fail<bool>(kErrorInvalidHandle);
+  if (folder == nullptr) return FailWith<bool>(kErrorInvalidHandle);
   while (const dirent64* next = folder->Next()) {
     const auto facts = EntryFacts(folder->Number(), next->d_name);
     if (!facts || !IsShownEntry(*facts) || !PutName(std::string_view(next->d_name), entry.name)) continue;
@@ -145,11 +145,11 @@ bool ReadFolderA(FolderHandle handle, FolderEntry& entry) {
 
 bool DeleteFileBelowA(FolderHandle handle, const char* path, const FileTime& last_write_time) {
   const auto* folder = ObjectOf<OpenedFolder>(handle);
-  if (folder == nullptr) return Fail<bool>(kErrorInvalidHandle);
+  if (folder == nullptr) return FailWith<bool>(kErrorInvalidHandle);
   const std::string_view all(path);
   const std::size_t separator = all.rfind('\\');
   const std::string name(separator == std::string_view::npos ? all : all.substr(separator + 1));
-  if (!IsElement(name)) return Fail<bool>(kErrorFileNotFound);
+  if (!IsElement(name)) return FailWith<bool>(kErrorFileNotFound);
   if (separator == std::string_view::npos)
     return DeleteEntry(folder->Number(), name.c_str(), last_write_time);
   const Descriptor parent = StepDown(folder->Number(), all.substr(0, separator), kToStepOn);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string_view Trimmed(std::string_view text) noexcept {
+std::string_view WithoutBlanks(std::string_view text) noexcept {
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
   return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
@@ -22,7 +22,7 @@ std::string_view TakeStatement(std::string_view& text, char& sign) noexcept {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '"') is_quoted = !is_quoted;
     if (is_quoted || (text[i] != ';' && text[i] != '{' && text[i] != '}')) continue;
-    const std::string_view statement = Trimmed(text.substr(0, i));
+    const std::string_view statement = WithoutBlanks(text.substr(0, i));
     sign = text[i];
     text.remove_prefix(i + 1);
     return statement;
@@ -37,7 +37,7 @@ std::optional<std::string_view> Behind(std::string_view statement, std::string_v
   const bool begins = statement.starts_with(word) && statement.size() > word.size() &&
                       kBlanks.find(statement[word.size()]) != std::string_view::npos;
   if (!begins) return std::nullopt;
-  return Trimmed(statement.substr(word.size()));
+  return WithoutBlanks(statement.substr(word.size()));
 }
 
 /// "3 2024/02/28 13:07:00" (the first number is the day of the week), "epoch 1709125620" or "never".
@@ -50,7 +50,7 @@ std::int64_t ParseExpiry(std::string_view text) {
   }
   const std::size_t day = text.find_first_of(kBlanks);
   if (day == std::string_view::npos) return 0;
-  return std::max<std::int64_t>(ParseLeaseTime(Trimmed(text.substr(day))).value_or(0), 0);
+  return std::max<std::int64_t>(ParseLeaseTime(WithoutBlanks(text.substr(day))).value_or(0), 0);
 }
 
 /// One block while it is read.

@@ -7,9 +7,9 @@
 namespace velmora::os {
 namespace {
 
-constexpr const char* kService = "org.freedesktop.NetworkManager";
-constexpr const char* kManagerPath = "/org/freedesktop/NetworkManager";
-constexpr const char* kManager = "org.freedesktop.NetworkManager";
+constexpr const char* kNetworkManager = "org.freedesktop.NetworkManager";
+constexpr const char* kManagerObject = "/org/freedesktop/NetworkManager";
+constexpr const char* kManagerInterface = "org.freedesktop.NetworkManager";
 constexpr const char* kDevice = "org.freedesktop.NetworkManager.Device";
 constexpr const char* kActive = "org.freedesktop.NetworkManager.Connection.Active";
 constexpr const char* kSettings = "org.freedesktop.NetworkManager.Settings.Connection";
@@ -24,8 +24,8 @@ std::int64_t NumberIn(const std::string& text) {
 
 std::optional<std::string> DeviceOf(SystemBus* bus, const std::string& interface) {
   BusError error;
-  const BusMessage reply =
-      bus->Call({kService, kManagerPath, kManager}, "GetDeviceByIpIface", error, "s", interface.c_str());
+  const BusMessage reply = bus->Call({kNetworkManager, kManagerObject, kManagerInterface},
+                                     "GetDeviceByIpIface", error, "s", interface.c_str());
   const char* path = nullptr;
   if (reply.ReadBasic('o', &path) <= 0) return std::nullopt;
   return std::string(path);
@@ -35,7 +35,7 @@ std::optional<std::string> DeviceOf(SystemBus* bus, const std::string& interface
 ManagedDhcp ReadLease(SystemBus* bus, const char* path) {
   ManagedDhcp lease{.enabled = true};
   BusError error;
-  const BusMessage reply = bus->Property({kService, path, kDhcp}, "Options", error, "a{sv}");
+  const BusMessage reply = bus->Property({kNetworkManager, path, kDhcp}, "Options", error, "a{sv}");
   if (!reply) return lease;
   std::string expiry;
   std::string length;
@@ -54,7 +54,7 @@ ManagedDhcp ReadLease(SystemBus* bus, const char* path) {
 /// The IPv4 method of a connection's settings; empty when it is not told.
 std::string MethodOf(SystemBus* bus, const char* connection) {
   BusError error;
-  const BusMessage reply = bus->Call({kService, connection, kSettings}, "GetSettings", error, "");
+  const BusMessage reply = bus->Call({kNetworkManager, connection, kSettings}, "GetSettings", error, "");
   std::string method;
   if (!reply) return method;
   ForEachBusEntry(reply, "sa{sv}", [&](std::string_view group) {
@@ -69,12 +69,12 @@ std::string MethodOf(SystemBus* bus, const char* connection) {
 }  // namespace
 
 NetworkManager::NetworkManager(SystemBus* bus) noexcept
-    : bus_(bus != nullptr && IsOnBus(bus, kService) ? bus : nullptr) {}
+    : bus_(bus != nullptr && IsOnBus(bus, kNetworkManager) ? bus : nullptr) {}
 
 bool NetworkManager::IsManual(const std::string& device) const {
-  const auto active = ReadBusPath(bus_, {kService, device.c_str(), kDevice}, "ActiveConnection");
+  const auto active = ReadBusPath(bus_, {kNetworkManager, device.c_str(), kDevice}, "ActiveConnection");
   if (!active || *active == kNoObject) return false;
-  const auto connection = ReadBusPath(bus_, {kService, active->c_str(), kActive}, "Connection");
+  const auto connection = ReadBusPath(bus_, {kNetworkManager, active->c_str(), kActive}, "Connection");
   if (!connection || *connection == kNoObject) return false;
   const std::string method = MethodOf(bus_, connection->c_str());
   return !method.empty() && method != "auto";
@@ -84,7 +84,7 @@ std::optional<ManagedDhcp> NetworkManager::DhcpOf(const std::string& interface) 
   if (bus_ == nullptr) return std::nullopt;
   const auto device = DeviceOf(bus_, interface);
   if (!device) return std::nullopt;
-  const BusObject object{kService, device->c_str(), kDevice};
+  const BusObject object{kNetworkManager, device->c_str(), kDevice};
   if (!ReadBusFlag(bus_, object, "Managed").value_or(false)) return std::nullopt;
   const auto lease = ReadBusPath(bus_, object, "Dhcp4Config");
   if (lease && *lease != kNoObject) return ReadLease(bus_, lease->c_str());
@@ -99,7 +99,7 @@ std::optional<ManagedConnectivity> NetworkManager::Connectivity() const {
   constexpr std::uint32_t kNoneKnown = 0;
   constexpr std::uint32_t kFull = 4;
   if (bus_ == nullptr) return std::nullopt;
-  const BusObject manager{kService, kManagerPath, kManager};
+  const BusObject manager{kNetworkManager, kManagerObject, kManagerInterface};
   const auto state = ReadBusNumber(bus_, manager, "State");
   if (!state) return std::nullopt;
   ManagedConnectivity connectivity{.connected = *state >= kConnectedLocally, .internet = std::nullopt};

@@ -65,7 +65,7 @@ bool Succeed(std::uint32_t error) noexcept {
   return error == 0;
 }
 
-ServiceHandle Fail(std::uint32_t error) noexcept {
+ServiceHandle FailToOpen(std::uint32_t error) noexcept {
   SetLastError(error);
   return nullptr;
 }
@@ -122,19 +122,19 @@ std::uint32_t Start(const Service& service) {
 }  // namespace
 
 ServiceHandle OpenSCManagerW(const wchar_t* machine, const wchar_t* database, std::uint32_t /*access*/) {
-  if (!NamesThisMachine(machine)) return Fail(kErrorServerUnavailable);
-  if (!NamesTheActiveDatabase(database)) return Fail(kErrorDatabaseDoesNotExist);
+  if (!NamesThisMachine(machine)) return FailToOpen(kErrorServerUnavailable);
+  if (!NamesTheActiveDatabase(database)) return FailToOpen(kErrorDatabaseDoesNotExist);
   SharedBus bus(ConnectToSystemBus());
-  if (!bus || !HasServiceManager(bus.get())) return Fail(kErrorServerUnavailable);
+  if (!bus || !HasServiceManager(bus.get())) return FailToOpen(kErrorServerUnavailable);
   return HandleOf(std::make_unique<Manager>(std::move(bus)));
 }
 
 ServiceHandle OpenServiceW(ServiceHandle handle, const wchar_t* name, std::uint32_t access) {
   const auto* manager = ObjectOf<Manager>(handle);
-  if (manager == nullptr) return Fail(kErrorInvalidHandle);
+  if (manager == nullptr) return FailToOpen(kErrorInvalidHandle);
   auto unit = name != nullptr ? UnitOfService(name) : std::nullopt;
-  if (!unit) return Fail(kErrorInvalidName);
-  if (const std::uint32_t error = FindUnit(manager->Connection().get(), *unit)) return Fail(error);
+  if (!unit) return FailToOpen(kErrorInvalidName);
+  if (const std::uint32_t error = FindUnit(manager->Connection().get(), *unit)) return FailToOpen(error);
   return HandleOf(std::make_unique<Service>(manager->Connection(), std::move(*unit), access));
 }
 

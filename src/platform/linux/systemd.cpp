@@ -11,10 +11,10 @@
 namespace velmora::os {
 namespace {
 
-constexpr const char* kService = "org.freedesktop.systemd1";
+constexpr const char* kSystemd = "org.freedesktop.systemd1";
 constexpr const char* kManagerPath = "/org/freedesktop/systemd1";
 constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
-constexpr const char* kUnit = "org.freedesktop.systemd1.Unit";
+constexpr const char* kUnitInterface = "org.freedesktop.systemd1.Unit";
 
 std::uint32_t ErrorNumber(const BusError& error) noexcept {
   if (error.IsRefusal()) return kErrorAccessDenied;
@@ -51,7 +51,7 @@ class TextList {
 template <class... Texts>
 BusMessage CallManager(SystemBus* bus, const char* method, BusError& error, const char* types,
                        Texts... texts) noexcept {
-  return bus->Call({kService, kManagerPath, kManager}, method, error, types, texts...);
+  return bus->Call({kSystemd, kManagerPath, kManager}, method, error, types, texts...);
 }
 
 /// The path of the unit's object, which the manager loads for the purpose.
@@ -93,12 +93,12 @@ std::uint32_t ChangeUnit(SystemBus* bus, const char* method, const std::string& 
 
 }  // namespace
 
-bool HasServiceManager(SystemBus* bus) noexcept { return IsOnBus(bus, kService); }
+bool HasServiceManager(SystemBus* bus) noexcept { return IsOnBus(bus, kSystemd); }
 
 std::uint32_t ReadUnit(SystemBus* bus, const std::string& unit, UnitFacts& facts) {
   std::string path;
   if (const std::uint32_t error = LoadUnit(bus, unit, path)) return error;
-  const BusObject object{kService, path.c_str(), kUnit};
+  const BusObject object{kSystemd, path.c_str(), kUnitInterface};
   const auto load_state = ReadBusText(bus, object, "LoadState");
   if (!load_state) return kErrorGeneralFailure;
   if (*load_state == "not-found") return kErrorServiceDoesNotExist;
@@ -129,7 +129,7 @@ bool HasRunningDependents(SystemBus* bus, const std::string& unit) {
   for (const char* property : {"RequiredBy", "RequisiteOf", "BoundBy"}) {
     BusError error;
     TextList names;
-    if (bus->Library().bus_get_property_strv(bus->Get(), kService, path.c_str(), kUnit, property,
+    if (bus->Library().bus_get_property_strv(bus->Get(), kSystemd, path.c_str(), kUnitInterface, property,
                                              error.Out(bus->Library()), names.Out()) < 0) {
       continue;
     }

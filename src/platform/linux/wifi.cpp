@@ -14,6 +14,7 @@
 #include "platform/linux/adapter_name.h"
 #include "platform/linux/handle_object.h"
 #include "platform/linux/rfkill.h"
+#include "platform/linux/service_state.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/wifi_lists.h"
 #include "platform/linux/wifi_scan.h"
@@ -24,7 +25,6 @@
 namespace velmora::os {
 namespace {
 
-constexpr std::uint32_t kErrorServiceNotActive = 1062;
 constexpr std::uint32_t kErrorNotFound = 1168;
 constexpr std::uint32_t kVersion = 2;
 constexpr std::uint32_t kRadioState = 4;

@@ -16,7 +16,9 @@ constexpr std::uint32_t kAdHoc = 2;
 constexpr std::uint32_t kConnected = 1;  ///< flag of a network
 constexpr std::size_t kListHead = 8;     ///< of every list, before its items
 
-std::uint32_t TypeOf(const AccessPoint& point) noexcept { return point.IsAdHoc() ? kAdHoc : kInfrastructure; }
+std::uint32_t BssTypeOf(const AccessPoint& point) noexcept {
+  return point.IsAdHoc() ? kAdHoc : kInfrastructure;
+}
 
 /// Zeroed memory for a list of `count` items with `more` bytes behind them; null when there is none.
 template <class List, class Item>
@@ -46,7 +48,7 @@ bool HasName(const AccessPoint& point, const WlanSsid& ssid) {
 WlanAvailableNetwork NetworkOf(const AccessPoint& point) {
   WlanAvailableNetwork network{};
   PutSsid(SsidOf(point.elements), network.ssid);
-  network.bss_type = TypeOf(point);
+  network.bss_type = BssTypeOf(point);
   network.connectable = 1;
   network.security_enabled = point.IsPrivate() ? 1 : 0;
   const WifiSecurity security = SecurityOf(point.elements, point.IsPrivate());
@@ -79,7 +81,7 @@ WlanBssEntry EntryOf(const AccessPoint& point, std::size_t offset, std::int64_t 
   WlanBssEntry entry{};
   PutSsid(SsidOf(point.elements), entry.ssid);
   std::copy(point.address.begin(), point.address.end(), entry.bssid);
-  entry.bss_type = TypeOf(point);
+  entry.bss_type = BssTypeOf(point);
   entry.phy_type = PhyTypeOf(point.elements, point.megahertz);
   entry.rssi = point.signal;
   entry.link_quality = point.Quality();
@@ -115,7 +117,7 @@ WlanNetworkList* MakeNetworkList(std::span<const AccessPoint> points) {
   std::vector<WlanAvailableNetwork> networks;
   for (const AccessPoint& point : points) {
     auto same = std::find_if(networks.begin(), networks.end(), [&](const WlanAvailableNetwork& network) {
-      return HasName(point, network.ssid) && network.bss_type == TypeOf(point) &&
+      return HasName(point, network.ssid) && network.bss_type == BssTypeOf(point) &&
              (network.security_enabled != 0) == point.IsPrivate();
     });
     if (same == networks.end()) same = networks.insert(same, NetworkOf(point));
@@ -134,7 +136,7 @@ WlanBssList* MakeAccessPointList(std::span<const AccessPoint> points, const Wlan
   std::size_t elements_size = 0;
   for (const AccessPoint& point : points) {
     const bool is_wanted =
-        HasName(point, ssid) && TypeOf(point) == bss_type && point.IsPrivate() == security_enabled;
+        HasName(point, ssid) && BssTypeOf(point) == bss_type && point.IsPrivate() == security_enabled;
     if (!is_wanted) continue;
     found.push_back(&point);
     elements_size += point.elements.size();

@@ -194,8 +194,8 @@ FolderHandle OpenFolderA(const char* pattern) {
   path.resize(path.size() - kEverything.size());
   if (path.empty()) return Fail<FolderHandle>(ERROR_PATH_NOT_FOUND);
   if (path.back() == L':') path += L'\\';  // the folder that a drive's name stands for in front of a slash
-  File folder(CreateFileW(LongPath(path).c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, kShareAll,
-                          nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  File folder(::CreateFileW(LongPath(path).c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, kShareAll,
+                            nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
   if (!folder) {
     return GetLastError() == ERROR_FILE_NOT_FOUND ? Fail<FolderHandle>(ERROR_PATH_NOT_FOUND) : nullptr;
   }

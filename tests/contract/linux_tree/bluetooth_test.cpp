@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 constexpr const char* kRadio = "pci0000:00/0000:00:14.0/usb1/1-10";
 constexpr const wchar_t* kHeadset = L"BTHENUM\\Dev_102030405060";
-constexpr const wchar_t* kKeyboard = L"BTHLE\\Dev_102030405062";
+constexpr const wchar_t* kLowEnergyKeyboard = L"BTHLE\\Dev_102030405062";
 constexpr const wchar_t* kMouse = L"BTHLE\\Dev_AABBCCDDEEFF";
 
 class LinuxBluetooth : public testing::Test {
@@ -67,10 +67,10 @@ TEST_F(LinuxBluetooth, HasNoAdapterOnceThatIsUnplugged) {
 TEST_F(LinuxBluetooth, ListsTheRemoteDevicesThatItsServiceKnows) {
   const MockServices services(machine_, {"bluez"});
   EXPECT_EQ(bluetooth_.GetHardwareID(), L"USB\\VID_8087&PID_0033&REV_0000");
-  EXPECT_THAT(bluetooth_.GetExternalDeviceHardID(), ElementsAre(kHeadset, kKeyboard, kMouse));
+  EXPECT_THAT(bluetooth_.GetExternalDeviceHardID(), ElementsAre(kHeadset, kLowEnergyKeyboard, kMouse));
   EXPECT_EQ(bluetooth_.GetExternalDeviceNameByHardID(kHeadset), L"Headset");
   EXPECT_EQ(bluetooth_.GetExternalDeviceTypeByHardId(kHeadset), L"Headset");
-  EXPECT_EQ(bluetooth_.GetExternalDeviceTypeByHardId(kKeyboard), L"Keyboard");
+  EXPECT_EQ(bluetooth_.GetExternalDeviceTypeByHardId(kLowEnergyKeyboard), L"Keyboard");
   EXPECT_EQ(bluetooth_.GetExternalDeviceNameByHardID(kMouse), L"B\u00FCro Mouse");
   EXPECT_EQ(bluetooth_.GetExternalDeviceTypeByHardId(kMouse), L"Mouse");
   EXPECT_EQ(bluetooth_.GetExternalDeviceAddressByHardId(kMouse), L"AABBCCDDEEFF");

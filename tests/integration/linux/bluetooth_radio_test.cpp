@@ -13,7 +13,6 @@
 namespace velmora::os {
 namespace {
 
-constexpr const char* kMock = "org.freedesktop.DBus.Mock";
 constexpr BluetoothFindRadioParameters kAnyRadio{sizeof(BluetoothFindRadioParameters)};
 
 BluetoothSearchParameters Everything(Handle radio) {
@@ -31,10 +30,10 @@ class Bluetooth : public testing::Test {
  protected:
   ~Bluetooth() override { EXPECT_TRUE(radio_ == nullptr || CloseHandle(radio_)); }
   void AddAdapter(const char* name, const char* powered = "on", const char* address = "00:1A:7D:DA:71:13") {
-    service_.Call(kMock, "AddAdapter", {name, address, powered});
+    service_.Call(test::kMockControl, "AddAdapter", {name, address, powered});
   }
   void AddRemote(const char* address, const char* marks, const char* adapter = "hci0") {
-    service_.Call(kMock, "AddRemote", {adapter, address, marks});
+    service_.Call(test::kMockControl, "AddRemote", {adapter, address, marks});
   }
   bool FindRadio() {
     const Handle find = BluetoothFindFirstRadio(kAnyRadio, radio_);
@@ -88,7 +87,7 @@ TEST_F(Bluetooth, FindsAStrangerByAnInquiryOfTheWantedLength) {
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(FindDevice(Everything(radio_)), 0xAABBCCDDEEFFu);
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1280));
-  EXPECT_EQ(service_.Call(kMock, "Requests"), "filter bredr,start,stop");
+  EXPECT_EQ(service_.Call(test::kMockControl, "Requests"), "filter bredr,start,stop");
   EXPECT_EQ(found_.connected + found_.remembered + found_.authenticated, 0);
   EXPECT_EQ(found_.class_of_device, 0x240404u);
 }
@@ -103,7 +102,7 @@ TEST_F(Bluetooth, FindsKnownDevicesWithoutAnInquiry) {
   EXPECT_EQ(found_.authenticated, 1);
   EXPECT_EQ(found_.remembered, 1);
   EXPECT_EQ(found_.connected, 0);
-  EXPECT_EQ(service_.Call(kMock, "Requests"), "");
+  EXPECT_EQ(service_.Call(test::kMockControl, "Requests"), "");
 }
 
 TEST_F(Bluetooth, FindsOnlyWhatIsAskedFor) {
@@ -146,12 +145,12 @@ TEST_F(Bluetooth, FindsNoLowEnergyDevicesAndNoneOfAnotherRadio) {
 TEST_F(Bluetooth, FindsKnownDevicesWhenTheInquiryIsRefused) {
   AddAdapter("hci0");
   AddRemote("AA:BB:CC:DD:EE:01", "classic paired");
-  service_.Call(kMock, "Refuse");
+  service_.Call(test::kMockControl, "Refuse");
   ASSERT_TRUE(FindRadio());
   auto parameters = Everything(radio_);
   parameters.timeout_multiplier = 0;
   EXPECT_EQ(FindDevice(parameters), 0xAABBCCDDEE01u);
-  EXPECT_EQ(service_.Call(kMock, "Requests"), "filter bredr");
+  EXPECT_EQ(service_.Call(test::kMockControl, "Requests"), "filter bredr");
 }
 
 TEST_F(Bluetooth, RefusesRecordsOfAnotherSizeAndForeignHandles) {

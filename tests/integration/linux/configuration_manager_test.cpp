@@ -9,19 +9,15 @@
 namespace velmora::os {
 namespace {
 
+using ostrine::test::ContentOf;
 using ostrine::test::FakeRoot;
 using ostrine::test::WithoutRights;
-
-std::string TextOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 TEST(Rescan, AsksThePciBus) {
   const FakeRoot root;
   root.Write("sys/bus/pci/rescan", "");
   EXPECT_EQ(RescanHardware(root.Path()), kConfigSuccess);
-  EXPECT_EQ(TextOf(root.Path() / "sys/bus/pci/rescan"), "1");
+  EXPECT_EQ(ContentOf(root.Path() / "sys/bus/pci/rescan"), "1");
 }
 
 TEST(Rescan, FailsAndMakesNoFileWhereTheBusTakesNoRequest) {
@@ -59,7 +55,7 @@ TEST(Rescan, OffersOnlyDriverlessDevicesToTheDrivers) {
   std::filesystem::create_directories(root.Path() / "sys/bus/usb/drivers/btusb");
   std::filesystem::create_symlink("../../drivers/btusb", root.Path() / "sys/bus/usb/devices/1-3:1.0/driver");
   EXPECT_EQ(RescanHardware(root.Path()), kConfigSuccess);
-  EXPECT_EQ(TextOf(root.Path() / "sys/bus/usb/drivers_probe"), "1-2:1.0");
+  EXPECT_EQ(ContentOf(root.Path() / "sys/bus/usb/drivers_probe"), "1-2:1.0");
 }
 
 TEST(ConfigurationManagerOnLinux, KnowsTheRootOfTheTreeOnly) {

@@ -17,19 +17,15 @@
 namespace velmora::os {
 namespace {
 
+using ostrine::test::ContentOf;
 using ostrine::test::FakeRoot;
 
 constexpr const wchar_t* kResetDriver = L"\\\\.\\IBTRSTD";
 constexpr std::uint32_t kResetRequest = 0x002211FC;
 const std::filesystem::path kUsbDevice = "sys/devices/pci0000:00/usb1/1-5";
 
-std::string TextOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A machine whose Bluetooth adapter hci0 stands on a USB device.
-void AddAdapter(const FakeRoot& root) {
+void AddResettableAdapter(const FakeRoot& root) {
   root.Write((kUsbDevice / "idVendor").string(), "8087\n");
   root.Write((kUsbDevice / "authorized").string(), "1\n");
   root.Write((kUsbDevice / "1-5:1.0/authorized").string(), "1\n");
@@ -93,7 +89,7 @@ using ResetDriver = WithoutBus;
 TEST_F(ResetDriver, IsThereWhileTheMachineHasABluetoothAdapter) {
   EXPECT_EQ(OpenDevice(root_.Path(), kResetDriver), InvalidHandle());
   EXPECT_EQ(LastError(), 2u);
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   const Handle device = OpenDevice(root_.Path(), kResetDriver);
   ASSERT_NE(device, InvalidHandle());
   EXPECT_TRUE(CloseHandle(device));
@@ -103,7 +99,7 @@ TEST_F(ResetDriver, IsThereWhileTheMachineHasABluetoothAdapter) {
 }
 
 TEST_F(ResetDriver, IsTheOnlyDevice) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   for (const wchar_t* name :
        {L"\\\\.\\PhysicalDrive0", L"", L"/etc/hosts", static_cast<const wchar_t*>(nullptr)}) {
     EXPECT_EQ(OpenDevice(root_.Path(), name), InvalidHandle());
@@ -112,26 +108,26 @@ TEST_F(ResetDriver, IsTheOnlyDevice) {
 }
 
 TEST_F(ResetDriver, SwitchesTheUsbDeviceOffAndOnAgain) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   const auto file = root_.Path() / kUsbDevice / "authorized";
   const FileWatch watch(file);
   const Handle device = OpenDevice(root_.Path(), kResetDriver);
   EXPECT_TRUE(Request(device)) << LastError();
-  EXPECT_EQ(TextOf(file), "1\n");
+  EXPECT_EQ(ContentOf(file), "1\n");
   EXPECT_EQ(watch.Writes(), 2);
-  EXPECT_EQ(TextOf(root_.Path() / kUsbDevice / "1-5:1.0/authorized"), "1\n");
+  EXPECT_EQ(ContentOf(root_.Path() / kUsbDevice / "1-5:1.0/authorized"), "1\n");
   EXPECT_TRUE(CloseHandle(device));
 }
 
 TEST_F(ResetDriver, FailsWithoutTheRightToSwitch) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   root_.Forbid((kUsbDevice / "authorized").string());
   const ostrine::test::WithoutRights without_rights;
   EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), kErrorAccessDenied);
 }
 
 TEST_F(ResetDriver, FailsWhenTheSwitchDoesNotReadBackAsItWasSet) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   root_.Write((kUsbDevice / "authorized").string(), "1 and more\n");  // more than is written over it
   EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), kErrorGeneralFailure);
 }
@@ -149,7 +145,7 @@ TEST_F(ResetDriver, CannotResetAnAdapterThatIsNeitherOnUsbNorKnownToTheService) 
 }
 
 TEST_F(ResetDriver, TakesOneRequestOfFourBytes) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   const Handle device = OpenDevice(root_.Path(), kResetDriver);
   EXPECT_FALSE(Request(device, 0x002211F8));
   EXPECT_EQ(LastError(), 50u);
@@ -180,14 +176,14 @@ TEST(BluetoothReset, GoesThroughTheServiceThatKnowsTheAdapter) {
             0);
 
   const FakeRoot root;
-  AddAdapter(root);
+  AddResettableAdapter(root);
   root.Write((kUsbDevice / "authorized").string(), "untouched");
   EXPECT_EQ(ResetBluetoothAdapter(root.Path(), "hci0"), 0u);
   EXPECT_EQ(ReadBusFlag(bluez.Connection(), adapter, "Powered"), true);
   while (sd_bus_process(bluez.Connection()->Get(), nullptr) > 0) {
   }
   EXPECT_EQ(states, (std::vector<int>{0, 1}));
-  EXPECT_EQ(TextOf(root.Path() / kUsbDevice / "authorized"), "untouched");
+  EXPECT_EQ(ContentOf(root.Path() / kUsbDevice / "authorized"), "untouched");
 }
 
 /// A service whose adapters cannot be switched.
@@ -203,7 +199,7 @@ class StubbornService : public testing::Test {
 };
 
 TEST_F(StubbornService, IsPassedOverWhereTheAdapterStandsOnUsb) {
-  AddAdapter(root_);
+  AddResettableAdapter(root_);
   const FileWatch watch(root_.Path() / kUsbDevice / "authorized");
   EXPECT_EQ(ResetBluetoothAdapter(root_.Path(), "hci0"), 0u);
   EXPECT_EQ(watch.Writes(), 2);

@@ -10,7 +10,6 @@ namespace {
 
 using ostrine::test::FakeRoot;
 
-constexpr const char* kMock = "org.freedesktop.DBus.Mock";
 constexpr Moment kNow{.seconds = 1'700'000'000, .hundredths = 500'000};
 
 const NetworkLink kLink{.index = 3, .flags = 0, .hardware = 1, .name = "eth0", .address = {}, .kind = ""};
@@ -93,7 +92,7 @@ class Managed : public testing::Test {
     return DhcpOf(root_.Path(), NetworkManager(manager_.Connection()), kLink, address, kNow);
   }
   void AddInterface(const char* method, const char* expiry) {
-    manager_.Call(kMock, "AddInterface", {"eth0", method, expiry});
+    manager_.Call(test::kMockControl, "AddInterface", {"eth0", method, expiry});
   }
 
   FakeRoot root_;
@@ -138,15 +137,15 @@ TEST_F(Managed, AnInterfaceThatTheManagerDoesNotKnowIsLookedAtWithoutIt) {
 
 TEST_F(Managed, ConnectivityIsThatOfTheCheckIfThereIsOne) {
   const auto ask = [&] { return NetworkManager(manager_.Connection()).Connectivity(); };
-  manager_.Call(kMock, "SetState", {"70", "4"});
+  manager_.Call(test::kMockControl, "SetState", {"70", "4"});
   EXPECT_TRUE(ask()->connected);
   EXPECT_EQ(ask()->internet, true);
-  manager_.Call(kMock, "SetState", {"60", "2"});
+  manager_.Call(test::kMockControl, "SetState", {"60", "2"});
   EXPECT_TRUE(ask()->connected);
   EXPECT_EQ(ask()->internet, false) << "behind a captive portal";
-  manager_.Call(kMock, "SetState", {"70", "0"});
+  manager_.Call(test::kMockControl, "SetState", {"70", "0"});
   EXPECT_EQ(ask()->internet, true) << "no check is made, and a default route is there";
-  manager_.Call(kMock, "SetState", {"20", "1"});
+  manager_.Call(test::kMockControl, "SetState", {"20", "1"});
   EXPECT_FALSE(ask()->connected);
   EXPECT_FALSE(NetworkManager(nullptr).Connectivity());
 }

@@ -27,7 +27,7 @@ using testing::UnorderedElementsAre;
 
 std::wstring Wide(const std::string& text) { return unicode::WideFromUtf8(text); }
 
-std::map<std::wstring, FindData> List(const std::filesystem::path& folder) {
+std::map<std::wstring, FindData> EntriesOf(const std::filesystem::path& folder) {
   std::map<std::wstring, FindData> entries;
   FindData data{};
   const Handle find = FindFirstFileW((Wide(folder.string()) + L"//*.*").c_str(), data);
@@ -42,7 +42,7 @@ std::map<std::wstring, FindData> List(const std::filesystem::path& folder) {
 
 std::set<std::wstring> NamesIn(const std::filesystem::path& folder) {
   std::set<std::wstring> names;
-  for (const auto& [name, data] : List(folder)) names.insert(name);
+  for (const auto& [name, data] : EntriesOf(folder)) names.insert(name);
   return names;
 }
 
@@ -76,7 +76,7 @@ TEST(FindFiles, TellsOnlyTheKindOfAnEntry) {
   root.Write("fixed", "");
   root.Write("folder/inner", "");
   std::filesystem::permissions(root.Path() / "fixed", std::filesystem::perms(0444));
-  const auto entries = List(root.Path());
+  const auto entries = EntriesOf(root.Path());
   EXPECT_EQ(entries.at(L"fixed").attributes, 0u);
   EXPECT_EQ(entries.at(L"folder").attributes, kFileAttributeDirectory);
   EXPECT_EQ(entries.at(L".").attributes, kFileAttributeDirectory);
@@ -113,7 +113,7 @@ TEST(FindFiles, ReportsLinksAsLinksWhateverTheyPointTo) {
   std::filesystem::create_symlink("../target/file", root.Path() / "links/to-file");
   std::filesystem::create_symlink("nowhere", root.Path() / "links/dangling");
   std::filesystem::create_symlink("loop", root.Path() / "links/loop");
-  const auto entries = List(root.Path() / "links");
+  const auto entries = EntriesOf(root.Path() / "links");
   EXPECT_EQ(entries.at(L"to-folder").attributes, kFileAttributeReparsePoint | kFileAttributeDirectory);
   EXPECT_EQ(entries.at(L"to-file").attributes, kFileAttributeReparsePoint);
   EXPECT_EQ(entries.at(L"dangling").attributes, kFileAttributeReparsePoint);
@@ -184,7 +184,7 @@ TEST(FindFiles, LeavesNothingOpen) {
   const FakeRoot root;
   const int before = dup(0);
   close(before);
-  for (int i = 0; i < 100; ++i) List(root.Path());
+  for (int i = 0; i < 100; ++i) EntriesOf(root.Path());
   const int after = dup(0);
   close(after);
   EXPECT_EQ(after, before);

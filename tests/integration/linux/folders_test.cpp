@@ -24,7 +24,7 @@ constexpr FileTime kAnyTime{0xFFFFFFFF, 0x7FFFFFFF};
 
 std::string Pattern(const std::filesystem::path& folder) { return folder.string() + "//*.*"; }
 
-FolderHandle Open(const FakeRoot& root) { return OpenFolderA(Pattern(root.Path()).c_str()); }
+FolderHandle OpenRoot(const FakeRoot& root) { return OpenFolderA(Pattern(root.Path()).c_str()); }
 
 std::map<std::string, FolderEntry> Read(FolderHandle folder) {
   std::map<std::string, FolderEntry> entries;
@@ -34,7 +34,7 @@ std::map<std::string, FolderEntry> Read(FolderHandle folder) {
   return entries;
 }
 
-std::vector<std::string> NamesIn(FolderHandle folder) {
+std::vector<std::string> NamesRead(FolderHandle folder) {
   std::vector<std::string> names;
   for (const auto& [name, data] : Read(folder)) names.push_back(name);
   return names;
@@ -47,7 +47,7 @@ TEST(Folders, GiveTheirEntriesInTheSystemsOrderToTheEnd) {
   for (const auto& entry : std::filesystem::directory_iterator(root.Path())) {
     expected.push_back(entry.path().filename().string());
   }
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   std::vector<std::string> names;
   FolderEntry data{};
   while (ReadFolderA(folder, data)) {
@@ -70,7 +70,7 @@ TEST(Folders, TellTheKindOfEachEntryAndWhenItWasWritten) {
   const timespec times[] = {{1'000'000'000, 0}, {1'500'000'000, 123'456'700}};
   ASSERT_EQ(utimensat(AT_FDCWD, (root.Path() / "file").c_str(), times, 0), 0);
 
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   auto entries = Read(folder);
   EXPECT_TRUE(CloseFolder(folder));
   EXPECT_EQ(entries.at("file").attributes, 0u);
@@ -90,10 +90,10 @@ TEST(Folders, AreReachedStepByStepAndThroughNoLink) {
   root.Write("other/b/file", "");
   root.Link("link", "other");
   root.Link("a/up", "..");
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   const FolderHandle below = OpenSubfolderA(folder, "a\\b");
   ASSERT_NE(below, nullptr);
-  EXPECT_THAT(NamesIn(below), ElementsAre(".", "..", "file"));
+  EXPECT_THAT(NamesRead(below), ElementsAre(".", "..", "file"));
   EXPECT_TRUE(CloseFolder(below));
   for (const char* const path : {"link", "link\\b", "a\\up", "a\\up\\other", "nosuch", "a\\b\\file", "", ".",
                                  "..", "a\\..", "a\\\\b", "a/b", "/", "\\a", "a\\"}) {
@@ -108,7 +108,7 @@ TEST(Folders, MayBeNamedThroughALink) {
   root.Write("a/file", "");
   root.Link("link", "a");
   const FolderHandle folder = OpenFolderA(Pattern(root.Path() / "link").c_str());
-  EXPECT_THAT(NamesIn(folder), ElementsAre(".", "..", "file"));
+  EXPECT_THAT(NamesRead(folder), ElementsAre(".", "..", "file"));
   EXPECT_TRUE(CloseFolder(folder));
 }
 
@@ -142,7 +142,7 @@ TEST(Folders, LoseALinkAndNotWhatItPointsTo) {
   const FakeRoot root;
   root.Write("kept", "");
   root.Link("a/link", "../kept");
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   EXPECT_TRUE(DeleteFileBelowA(folder, "a\\link", kAnyTime));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(root.Path() / "a/link")));
   EXPECT_TRUE(std::filesystem::exists(root.Path() / "kept"));
@@ -152,7 +152,7 @@ TEST(Folders, LoseALinkAndNotWhatItPointsTo) {
 TEST(Folders, KeepWhatWasWrittenToSince) {
   const FakeRoot root;
   root.Write("file", "");
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   const auto listed = Read(folder).at("file").last_write_time;
   EXPECT_FALSE(DeleteFileBelowA(folder, "file", {listed.low - 1, listed.high}));
   EXPECT_EQ(LastError(), 1006u);
@@ -165,7 +165,7 @@ TEST(Folders, KeepWhatWasWrittenToSince) {
 TEST(Folders, SayWhyAFileStays) {
   const FakeRoot root;
   root.Write("a/file", "");
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   EXPECT_FALSE(DeleteFileBelowA(folder, "a\\nosuch", kAnyTime));
   EXPECT_EQ(LastError(), 2u);
   EXPECT_FALSE(DeleteFileBelowA(folder, "nosuch\\file", kAnyTime));
@@ -198,7 +198,7 @@ TEST(Folders, SayWhyTheyCannotBeOpened) {
     EXPECT_EQ(OpenFolderA(pattern), nullptr) << pattern;
     EXPECT_EQ(LastError(), 3u) << pattern;
   }
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   const WithoutRights without_rights;
   EXPECT_EQ(OpenFolderA(Pattern(root.Path() / "closed").c_str()), nullptr);
   EXPECT_EQ(LastError(), 5u);
@@ -212,8 +212,8 @@ TEST(Folders, HaveNamesOfAnyBytesButBackslashes) {
   root.Write("caf\xE9.dmp", "");
   root.Write("caf\xC3\xA9.dmp", "");
   std::ofstream(root.Path() / "a\\b") << "x";
-  const FolderHandle folder = Open(root);
-  EXPECT_THAT(NamesIn(folder), UnorderedElementsAre(".", "..", "caf\xE9.dmp", "caf\xC3\xA9.dmp"));
+  const FolderHandle folder = OpenRoot(root);
+  EXPECT_THAT(NamesRead(folder), UnorderedElementsAre(".", "..", "caf\xE9.dmp", "caf\xC3\xA9.dmp"));
   EXPECT_TRUE(DeleteFileBelowA(folder, "caf\xE9.dmp", kAnyTime));
   EXPECT_TRUE(std::filesystem::exists(root.Path() / "caf\xC3\xA9.dmp"));
   EXPECT_TRUE(CloseFolder(folder));
@@ -225,7 +225,7 @@ TEST(Folders, LeaveNothingOpen) {
   const int before = dup(0);
   close(before);
   for (int i = 0; i < 20; ++i) {
-    const FolderHandle folder = Open(root);
+    const FolderHandle folder = OpenRoot(root);
     const FolderHandle below = OpenSubfolderA(folder, "a\\b");
     Read(below);
     OpenSubfolderA(folder, "a\\b\\file");
@@ -250,7 +250,7 @@ TEST(Folders, TellTheirHandlesFromOthers) {
     EXPECT_EQ(LastError(), 6u);
   }
   const FakeRoot root;
-  const FolderHandle folder = Open(root);
+  const FolderHandle folder = OpenRoot(root);
   EXPECT_FALSE(CloseHandle(folder));
   EXPECT_FALSE(FindClose(folder));
   EXPECT_TRUE(CloseFolder(folder));

@@ -60,6 +60,9 @@ class PrivateBus {
   Variable address_;
 };
 
+/// The interface through which a test tells a made-up service what to have, and asks what it was asked for.
+inline constexpr const char* kMockControl = "org.freedesktop.DBus.Mock";
+
 /// A made-up service of python3-dbusmock on that bus: one of its own templates, or a file's.
 class MockService {
  public:

@@ -19,6 +19,7 @@
 namespace velmora::os {
 namespace {
 
+using ostrine::test::ContentOf;
 using ostrine::test::FakeRoot;
 using ostrine::test::WithoutRights;
 
@@ -36,11 +37,6 @@ bool Eventually(Condition condition) {
   return true;
 }
 
-std::string TextOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A folder with a command file in it, which notes that it has run by making the file "done".
 class CommandFile {
  public:
@@ -55,7 +51,7 @@ class CommandFile {
   std::filesystem::path Folder() const { return root_.Path(); }
   std::wstring Path() const { return unicode::WideFromUtf8((root_.Path() / "command").string()); }
   bool WasDone() const { return std::filesystem::exists(root_.Path() / "done"); }
-  std::string Output() const { return TextOf(root_.Path() / "done"); }
+  std::string Output() const { return ContentOf(root_.Path() / "done"); }
 
  private:
   FakeRoot root_;
@@ -67,7 +63,7 @@ bool Start(const wchar_t* path, ProcessInformation& information, bool inherit = 
   return CreateProcessW(path, nullptr, inherit, kNoWindow, startup, information);
 }
 
-void Close(const ProcessInformation& information) {
+void CloseBoth(const ProcessInformation& information) {
   EXPECT_TRUE(CloseHandle(information.process));
   EXPECT_TRUE(CloseHandle(information.thread));
 }
@@ -78,7 +74,7 @@ std::string OutputOf(const std::string& commands, bool inherit = false) {
   ProcessInformation information{};
   EXPECT_TRUE(Start(file.Path().c_str(), information, inherit)) << LastError();
   EXPECT_TRUE(Eventually([&] { return file.WasDone(); }));
-  Close(information);
+  CloseBoth(information);
   return file.Output();
 }
 
@@ -168,19 +164,19 @@ TEST(StartedProcesses, RunWhileTheStartHasLongReturned) {
   EXPECT_EQ(kill(static_cast<pid_t>(information.process_id), 0), 0);
   EXPECT_FALSE(file.WasDone());
   EXPECT_TRUE(TerminateProcess(information.process, 0));
-  Close(information);
+  CloseBoth(information);
 }
 
 TEST(StartedProcesses, LeaveNothingBehindWhenTheyEnd) {
   ProcessInformation information{};
   ASSERT_TRUE(Start(L"/bin/true", information));
   const auto id = static_cast<pid_t>(information.process_id);
-  Close(information);
+  CloseBoth(information);
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);  // no child, running or ended
   EXPECT_EQ(errno, ECHILD);
   const std::string status_file = "/proc/" + std::to_string(id) + "/stat";
   EXPECT_TRUE(Eventually([&] {
-    const std::string stat = TextOf(status_file);
+    const std::string stat = ContentOf(status_file);
     return stat.empty() || stat.find(") Z " + std::to_string(getpid())) == std::string::npos;
   }));
 }
@@ -278,7 +274,7 @@ TEST(StartedProcesses, MayBeStartedFromManyThreadsOfAHostThatTakesAllChildren) {
       for (int j = 0; j < 25; ++j) {
         ProcessInformation information{};
         ASSERT_TRUE(Start(L"/bin/true", information)) << LastError();
-        Close(information);
+        CloseBoth(information);
       }
     });
   }
@@ -307,7 +303,7 @@ TEST(StartedProcesses, LeaveNoFileOpenInTheCaller) {
   for (int i = 0; i < 20; ++i) {
     ProcessInformation information{};
     ASSERT_TRUE(Start(L"/bin/true", information));
-    Close(information);
+    CloseBoth(information);
     EXPECT_FALSE(Start(L"/nonexistent", information));
   }
   const int after = dup(0);

@@ -32,7 +32,7 @@ std::wstring TextValue(RegistryKey key, const wchar_t* name) {
   return unicode::WideFromUtf16({text, size / 2 - 1});
 }
 
-std::uint32_t Medium(RegistryKey key) {
+std::uint32_t MediumIn(RegistryKey key) {
   std::uint32_t medium = 0;
   std::uint32_t size = sizeof medium;
   return RegQueryValueExW(key, L"*PhysicalMediaType", nullptr, &medium, size) == 0 ? medium : 0;
@@ -53,10 +53,10 @@ class CardKeys : public testing::Test {
 TEST_F(CardKeys, StandInTheKernelsOrder) {
   EXPECT_THAT(ListCards(machine_.Path()), ElementsAre("enp0s31f6", "wlp0s20f3"));
   const RegistryKey wired = Open(L"0000");
-  EXPECT_EQ(Medium(wired), 14u);
+  EXPECT_EQ(MediumIn(wired), 14u);
   EXPECT_EQ(TextValue(wired, L"ComponentId"), L"pci\\ven_8086&dev_1a1f&subsys_22e617aa");
   const RegistryKey wireless = Open(L"0001");
-  EXPECT_EQ(Medium(wireless), 9u);
+  EXPECT_EQ(MediumIn(wireless), 9u);
   EXPECT_EQ(RegCloseKey(wired), 0u);
   EXPECT_EQ(RegCloseKey(wireless), 0u);
 }

@@ -14,12 +14,11 @@ namespace {
 
 constexpr std::uint32_t kExecute = 0x20000000;
 constexpr std::uint32_t kQueryStartStop = 0x34;
-constexpr const char* kMock = "org.freedesktop.DBus.Mock";
 
 class ServiceControl : public testing::Test {
  protected:
   void AddUnit(const char* name, const char* active_state, const char* load_state = "loaded") {
-    systemd_.Call(kMock, "AddMockUnit", {name, load_state, active_state});
+    systemd_.Call(test::kMockControl, "AddMockUnit", {name, load_state, active_state});
   }
   ServiceHandle Open(const wchar_t* name, std::uint32_t access = kQueryStartStop) {
     manager_ = OpenSCManagerW(nullptr, nullptr, kExecute);
@@ -56,7 +55,7 @@ TEST_F(ServiceControl, TellsTheStateOfAServiceByItsNumber) {
   AddUnit("falling.service", "deactivating");
   AddUnit("fresh.service", "reloading");
   AddUnit("cold.service", "active");
-  systemd_.Call(kMock, "SetText", {"cold.service", "FreezerState", "frozen"});
+  systemd_.Call(test::kMockControl, "SetText", {"cold.service", "FreezerState", "frozen"});
 
   EXPECT_EQ(StateOf(L"up"), 4u);
   EXPECT_EQ(StateOf(L"down"), 1u);
@@ -84,7 +83,7 @@ TEST_F(ServiceControl, TakesANameWithoutTheUnitsEnding) {
 }
 
 TEST_F(ServiceControl, FindsAServiceWithoutRegardToLetterCase) {
-  systemd_.Call(kMock, "AddUnitFile", {"NetworkManager.service"});
+  systemd_.Call(test::kMockControl, "AddUnitFile", {"NetworkManager.service"});
   AddUnit("Loaded-Only.service", "active");
   EXPECT_EQ(StateOf(L"networkmanager"), 1u);
   EXPECT_EQ(StateOf(L"NETWORKMANAGER"), 1u);
@@ -115,15 +114,15 @@ TEST_F(ServiceControl, RefusesNamesThatNoServiceCanHave) {
 TEST_F(ServiceControl, StartsAStoppedService) {
   AddUnit("ssh.service", "inactive");
   EXPECT_TRUE(StartServiceW(Open(L"ssh"), 0, nullptr));
-  EXPECT_EQ(systemd_.Call(kMock, "Requests"), "start ssh.service");
+  EXPECT_EQ(systemd_.Call(test::kMockControl, "Requests"), "start ssh.service");
   Close();
   EXPECT_EQ(StateOf(L"ssh"), 4u);
 }
 
 TEST_F(ServiceControl, StartsTheServiceThatIsMeantByAnotherLetterCase) {
-  systemd_.Call(kMock, "AddUnitFile", {"NetworkManager.service"});
+  systemd_.Call(test::kMockControl, "AddUnitFile", {"NetworkManager.service"});
   EXPECT_TRUE(StartServiceW(Open(L"networkmanager"), 0, nullptr));
-  EXPECT_EQ(systemd_.Call(kMock, "Requests"), "start NetworkManager.service");
+  EXPECT_EQ(systemd_.Call(test::kMockControl, "Requests"), "start NetworkManager.service");
 }
 
 TEST_F(ServiceControl, DoesNotStartWhatIsNotStopped) {
@@ -135,7 +134,7 @@ TEST_F(ServiceControl, DoesNotStartWhatIsNotStopped) {
     EXPECT_EQ(LastError(), 1056u);
     Close();
   }
-  EXPECT_EQ(systemd_.Call(kMock, "Requests"), "");
+  EXPECT_EQ(systemd_.Call(test::kMockControl, "Requests"), "");
 }
 
 TEST_F(ServiceControl, DoesNotStartADisabledService) {
@@ -156,7 +155,7 @@ TEST_F(ServiceControl, SaysWhyTheSystemRefusedToStart) {
                {"org.freedesktop.DBus.Error.NoReply", 1053},
                {"org.freedesktop.systemd1.LoadFailed", 31}};
   for (const auto& [error, number] : cases) {
-    systemd_.Call(kMock, "Refuse", {error});
+    systemd_.Call(test::kMockControl, "Refuse", {error});
     EXPECT_FALSE(StartServiceW(Open(L"ssh"), 0, nullptr)) << error;
     EXPECT_EQ(LastError(), number) << error;
     Close();
@@ -175,7 +174,7 @@ TEST_F(ServiceControl, StopsARunningServiceAndTellsWhatCameOfIt) {
   ServiceStatus status{};
   EXPECT_TRUE(ControlService(Open(L"ssh"), 1, status));
   EXPECT_EQ(status.current_state, 1u);
-  EXPECT_EQ(systemd_.Call(kMock, "Requests"), "stop ssh.service");
+  EXPECT_EQ(systemd_.Call(test::kMockControl, "Requests"), "stop ssh.service");
 }
 
 TEST_F(ServiceControl, DoesNotStopWhatDoesNotRun) {
@@ -189,24 +188,24 @@ TEST_F(ServiceControl, DoesNotStopWhatDoesNotRun) {
   EXPECT_FALSE(ControlService(Open(L"rising"), 1, status));
   EXPECT_EQ(LastError(), 1061u);
   EXPECT_EQ(status.current_state, 2u);
-  EXPECT_EQ(systemd_.Call(kMock, "Requests"), "");
+  EXPECT_EQ(systemd_.Call(test::kMockControl, "Requests"), "");
 }
 
 TEST_F(ServiceControl, DoesNotStopAServiceThatAnotherRunningOneNeeds) {
   AddUnit("base.service", "active");
   AddUnit("upper.service", "active");
-  systemd_.Call(kMock, "SetRequiredBy", {"base.service", "upper.service"});
+  systemd_.Call(test::kMockControl, "SetRequiredBy", {"base.service", "upper.service"});
   ServiceStatus status{};
   EXPECT_FALSE(ControlService(Open(L"base"), 1, status));
   EXPECT_EQ(LastError(), 1051u);
 
-  systemd_.Call(kMock, "SetText", {"upper.service", "ActiveState", "inactive"});
+  systemd_.Call(test::kMockControl, "SetText", {"upper.service", "ActiveState", "inactive"});
   EXPECT_TRUE(ControlService(service_, 1, status));
 }
 
 TEST_F(ServiceControl, DoesNotStopAServiceThatOnlyOthersMayStop) {
   AddUnit("dbus.service", "active");
-  systemd_.Call(kMock, "ForbidStop", {"dbus.service"});
+  systemd_.Call(test::kMockControl, "ForbidStop", {"dbus.service"});
   ServiceStatus status{};
   EXPECT_FALSE(ControlService(Open(L"dbus"), 1, status));
   EXPECT_EQ(LastError(), 1052u);

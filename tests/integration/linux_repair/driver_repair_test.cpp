@@ -28,6 +28,7 @@ const char* HardwareRoot() noexcept { return hardware_root.c_str(); }
 
 namespace {
 
+using ostrine::test::ContentOf;
 using ostrine::test::FakeMachine;
 using ostrine::test::WithoutRights;
 namespace fs = std::filesystem;
@@ -36,11 +37,6 @@ constexpr auto kWireless = L"PCI\\VEN_8086&DEV_51F0&SUBSYS_00948086&REV_01";
 constexpr auto kRadio = L"USB\\VID_8087&PID_0033&REV_0000";
 constexpr auto kPlace = "pci0000:00/0000:00:14.3";
 constexpr auto kUsbDriver = "sys/bus/usb/drivers/usb";
-
-std::string Content(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// Does what the kernel does when it is told to.
 class Kernel {
@@ -90,7 +86,7 @@ class DriverRepairOnLinux : public testing::Test {
       const std::string name = entry.path().lexically_relative(machine_.Path()).string();
       if (name.find("0000:00:14.3") != std::string::npos) continue;
       files[name] = entry.is_symlink()        ? fs::read_symlink(entry.path()).string()
-                    : entry.is_regular_file() ? Content(entry.path())
+                    : entry.is_regular_file() ? ContentOf(entry.path())
                                               : "folder";
     }
     return files;
@@ -105,7 +101,7 @@ TEST_F(DriverRepairOnLinux, RemovesThePciFunctionThatIsNamedAndNoOther) {
   const auto others = Others();
   const fs::path device = machine_.Device(kPlace);
   const Kernel kernel([&] {
-    if (Content(device / "remove") != "1") return;
+    if (ContentOf(device / "remove") != "1") return;
     fs::remove(machine_.Path() / "sys/bus/pci/devices/0000:00:14.3");
     fs::remove_all(device);
   });
@@ -121,7 +117,7 @@ TEST_F(DriverRepairOnLinux, BringsThePciFunctionBackByARescanOfTheBus) {
   {
     std::atomic<bool> is_back = false;
     const Kernel kernel([&] {
-      if (is_back || Content(machine_.Path() / "sys/bus/pci/rescan") != "1") return;
+      if (is_back || ContentOf(machine_.Path() / "sys/bus/pci/rescan") != "1") return;
       machine_.Add(
           "pci", kPlace,
           {{"modalias", "pci:v00008086d000051F0sv00008086sd00000094bc02sc80i00"}, {"revision", "0x01"}});
@@ -148,7 +144,7 @@ TEST_F(DriverRepairOnLinux, TouchesNothingForADeviceOfAnotherClassOrOneThatIsNot
   const auto others = Others();
   EXPECT_EQ(drivers_.UnInstallDeviceDriver(kWireless, emDEVICE_DISPLAY), 0xE000020BU);
   EXPECT_EQ(drivers_.UnInstallDeviceDriver(L"PCI\\VEN_FFFF&DEV_FFFF", emDEVICE_WIRELESS), 0xE000020BU);
-  EXPECT_EQ(Content(machine_.Device(kPlace) / "remove"), "");
+  EXPECT_EQ(ContentOf(machine_.Device(kPlace) / "remove"), "");
   EXPECT_EQ(Others(), others);
 }
 
@@ -156,7 +152,7 @@ TEST_F(DriverRepairOnLinux, TakesAUsbRadioFromItsDriverAndOffersItAgain) {
   const fs::path radio = machine_.Device("pci0000:00/0000:00:14.0/usb1/1-10");
   {
     const Kernel kernel([&] {
-      if (Content(machine_.Path() / kUsbDriver / "unbind") == "1-10") fs::remove(radio / "driver");
+      if (ContentOf(machine_.Path() / kUsbDriver / "unbind") == "1-10") fs::remove(radio / "driver");
     });
     EXPECT_EQ(drivers_.UnInstallDeviceDriver(kRadio, emDEVICE_BLUETOOTH), 0U);
   }
@@ -165,7 +161,7 @@ TEST_F(DriverRepairOnLinux, TakesAUsbRadioFromItsDriverAndOffersItAgain) {
   for (const char* const other : {"1-2:1.0", "1-5:1.0"})
     fs::remove(machine_.Path() / "sys/bus/usb/devices" / other);
   drivers_.ScanForHardwareChange();
-  EXPECT_EQ(Content(machine_.Path() / "sys/bus/usb/drivers_probe"), "1-10");
+  EXPECT_EQ(ContentOf(machine_.Path() / "sys/bus/usb/drivers_probe"), "1-10");
 }
 
 /// The radio has gone from the bus, and a hub fails.
@@ -183,9 +179,9 @@ class LostRadioOnLinux : public DriverRepairOnLinux {
 
   /// Takes the hub from its driver when it is told to.
   void Unbind() const {
-    if (Content(machine_.Path() / kUsbDriver / "unbind") == "1-1") fs::remove(hub_ / "driver");
+    if (ContentOf(machine_.Path() / kUsbDriver / "unbind") == "1-1") fs::remove(hub_ / "driver");
   }
-  bool IsHubOffered() const { return Content(machine_.Path() / "sys/bus/usb/drivers_probe") == "1-1"; }
+  bool IsHubOffered() const { return ContentOf(machine_.Path() / "sys/bus/usb/drivers_probe") == "1-1"; }
 
   const fs::path hub_ = machine_.Device("pci0000:00/0000:00:14.0/usb1/1-1");
   CBluetooth bluetooth_;

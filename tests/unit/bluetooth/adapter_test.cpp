@@ -8,6 +8,7 @@
 #include "simulator/run.h"
 #include "tests/support/logging/captured_log.h"
 #include "tests/support/simulator/allocations.h"
+#include "tests/support/simulator/machines.h"
 #include "velmora/bluetooth.h"
 
 namespace {
@@ -16,6 +17,7 @@ using simulator::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using velmora::testing::CapturedLog;
+using velmora::testing::MachineWithDevices;
 
 constexpr unsigned long kNone = 0xFFFFFFFF;
 
@@ -45,17 +47,11 @@ simulator::Device Adapter() {
           .last_install_time = 1'638'403'260'000};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> devices) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(devices);
-  return machine;
-}
-
 /// The adapter's hardware ID on a machine whose Bluetooth class has devices with these.
 std::wstring HardwareIdAmong(std::initializer_list<const char*> ids) {
   std::vector<simulator::Device> devices;
   for (const char* const id : ids) devices.push_back(DeviceOf("Bluetooth", id));
-  const auto run = simulator::Use(MachineWith(devices));
+  const auto run = simulator::Use(MachineWithDevices(devices));
   return CBluetooth().GetHardwareID();
 }
 
@@ -66,14 +62,14 @@ struct Lost {
 };
 
 Lost UsbClassEx(const std::vector<simulator::Device>& devices) {
-  const auto run = simulator::Use(MachineWith(devices));
+  const auto run = simulator::Use(MachineWithDevices(devices));
   Lost lost{7, 77};
   lost.result = CBluetooth().IsInUSBClassEx(lost.code);
   return lost;
 }
 
 int UnknownClass(const std::vector<simulator::Device>& devices) {
-  const auto run = simulator::Use(MachineWith(devices));
+  const auto run = simulator::Use(MachineWithDevices(devices));
   return CBluetooth().IsInUnKownClass();
 }
 
@@ -90,13 +86,13 @@ TEST(BluetoothAdapter, IsNoEntryThatHoldsThePrefixElsewhereOrInOtherLetters) {
 }
 
 TEST(BluetoothAdapter, IsLookedForInTheBluetoothClassOnly) {
-  const auto run = simulator::Use(MachineWith({DeviceOf("USB", "USB\\VID_8087&PID_0AAA")}));
+  const auto run = simulator::Use(MachineWithDevices({DeviceOf("USB", "USB\\VID_8087&PID_0AAA")}));
   EXPECT_EQ(CBluetooth().GetHardwareID(), L"");
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Bluetooth)"));
 }
 
 TEST(BluetoothAdapter, TellsItsTexts) {
-  const auto run = simulator::Use(MachineWith({DeviceOf("Bluetooth", "BTHENUM\\Dev_1"), Adapter()}));
+  const auto run = simulator::Use(MachineWithDevices({DeviceOf("Bluetooth", "BTHENUM\\Dev_1"), Adapter()}));
   CBluetooth bluetooth;
   EXPECT_EQ(bluetooth.GetHardwareID(), L"USB\\VID_8087&PID_0026&REV_0002");
   EXPECT_EQ(bluetooth.GetDeviceName(), L"Wireless Bluetooth");
@@ -105,7 +101,7 @@ TEST(BluetoothAdapter, TellsItsTexts) {
 }
 
 TEST(BluetoothAdapter, IsAskedForEachTextByItsHardwareIdInTheBluetoothClass) {
-  const auto run = simulator::Use(MachineWith({DeviceOf("Bluetooth", "USB\\A")}));
+  const auto run = simulator::Use(MachineWithDevices({DeviceOf("Bluetooth", "USB\\A")}));
   const CapturedLog log;
   CBluetooth bluetooth;
   bluetooth.GetDeviceName();
@@ -120,7 +116,7 @@ TEST(BluetoothAdapter, IsAskedForEachTextByItsHardwareIdInTheBluetoothClass) {
 }
 
 TEST(BluetoothAdapter, IsAskedForItsTextsAlsoWhenThereIsNone) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithDevices({}));
   EXPECT_EQ(CBluetooth().GetDeviceName(), L"");
   EXPECT_THAT(run.Trace(),
               ElementsAre("GetDeviceHardwareID(Bluetooth)", "GetDeviceStrInfoByHardwareID(, Bluetooth, 0)"));
@@ -129,7 +125,7 @@ TEST(BluetoothAdapter, IsAskedForItsTextsAlsoWhenThereIsNone) {
 TEST(BluetoothErrorState, IsTheAdaptersProblemCode) {
   auto adapter = Adapter();
   adapter.problem_code = 43;
-  const auto run = simulator::Use(MachineWith({adapter}));
+  const auto run = simulator::Use(MachineWithDevices({adapter}));
   const CapturedLog log;
   EXPECT_EQ(CBluetooth().GetDeviceErrorState(), 43u);
   EXPECT_THAT(run.Trace(),
@@ -139,7 +135,7 @@ TEST(BluetoothErrorState, IsTheAdaptersProblemCode) {
 }
 
 TEST(BluetoothErrorState, IsNoProblemCodeWithoutAnAdapter) {
-  const auto run = simulator::Use(MachineWith({DeviceOf("Bluetooth", "BTHENUM\\Dev_1")}));
+  const auto run = simulator::Use(MachineWithDevices({DeviceOf("Bluetooth", "BTHENUM\\Dev_1")}));
   const CapturedLog log;
   EXPECT_EQ(CBluetooth().GetDeviceErrorState(), kNone);
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Bluetooth)"));
@@ -147,7 +143,7 @@ TEST(BluetoothErrorState, IsNoProblemCodeWithoutAnAdapter) {
 }
 
 TEST(LostBluetoothAdapter, IsNotLookedForWhileThereIsAnAdapter) {
-  const auto run = simulator::Use(MachineWith(
+  const auto run = simulator::Use(MachineWithDevices(
       {DeviceOf("Bluetooth", "USB\\A"), Unknown("USB\\VID_8087&PID_0AAA"), UsbDevice("Hub", 43)}));
   const CapturedLog log;
   CBluetooth bluetooth;
@@ -192,13 +188,13 @@ TEST(LostBluetoothAdapter, InTheUsbClassIsTheFirstDeviceThatIsNeitherWorkingNorD
 }
 
 TEST(LostBluetoothAdapter, InTheUsbClassIsTheSameWithoutTheCode) {
-  const auto run = simulator::Use(MachineWith({UsbDevice("A", 43)}));
+  const auto run = simulator::Use(MachineWithDevices({UsbDevice("A", 43)}));
   EXPECT_EQ(CBluetooth().IsInUSBClass(), 1);
 }
 
 TEST(LostBluetoothAdapter, IsLookedForStepByStepUnderTheNameOfTheShorterTest) {
-  const auto run = simulator::Use(
-      MachineWith({Unknown("ACPI\\X"), Unknown("QCA_SHB\\A"), UsbDevice("Hub", 22), UsbDevice("Port", 43)}));
+  const auto run = simulator::Use(MachineWithDevices(
+      {Unknown("ACPI\\X"), Unknown("QCA_SHB\\A"), UsbDevice("Hub", 22), UsbDevice("Port", 43)}));
   const CapturedLog log;
   unsigned long code = 0;
   CBluetooth().IsInUSBClassEx(code);
@@ -213,8 +209,8 @@ TEST(LostBluetoothAdapter, IsLookedForStepByStepUnderTheNameOfTheShorterTest) {
 }
 
 TEST(LostBluetoothAdapter, AmongUnknownDevicesEndsTheSearchAtOnce) {
-  const auto run =
-      simulator::Use(MachineWith({Unknown("ACPI\\X"), Unknown("USB\\VID_8087&PID_1"), Unknown("ACPI\\Y")}));
+  const auto run = simulator::Use(
+      MachineWithDevices({Unknown("ACPI\\X"), Unknown("USB\\VID_8087&PID_1"), Unknown("ACPI\\Y")}));
   const CapturedLog log;
   CBluetooth().IsInUSBClass();
   CBluetooth().IsInUnKownClass();
@@ -232,7 +228,7 @@ TEST(LostBluetoothAdapter, AmongUnknownDevicesEndsTheSearchAtOnce) {
 std::uint64_t SinceInstall(std::uint64_t install_time, std::int64_t now) {
   auto adapter = Adapter();
   adapter.last_install_time = install_time;
-  auto machine = MachineWith({adapter});
+  auto machine = MachineWithDevices({adapter});
   machine.clock = {.now = now};
   const auto run = simulator::Use(machine);
   return CBluetooth().GetLastInstallTimeById(L"USB\\VID_8087&PID_0026");
@@ -250,7 +246,7 @@ TEST(BluetoothInstallTime, IsZeroForThisMillisecondAndForTheFuture) {
 }
 
 TEST(BluetoothInstallTime, OfADeviceThatIsNotThereGivesTheWholeTime) {
-  auto machine = MachineWith({});
+  auto machine = MachineWithDevices({});
   machine.clock = {.now = 16'384'032'600'000'000};
   const auto run = simulator::Use(machine);
   EXPECT_EQ(CBluetooth().GetLastInstallTimeById(L"USB\\A"), 1'638'403'260'000u);
@@ -264,7 +260,7 @@ TEST(BluetoothInstallTime, OfAClockBeforeItsEpochWrapsAround) {
 }
 
 TEST(BluetoothInstallTime, IsLoggedWithTheTwoTimes) {
-  auto machine = MachineWith({Adapter()});
+  auto machine = MachineWithDevices({Adapter()});
   machine.clock = {.now = 16'384'032'612'340'000};
   const auto run = simulator::Use(machine);
   const CapturedLog log;
@@ -298,7 +294,7 @@ TEST(BluetoothDriverName, IsEmptyWhenWmiHasNone) {
 }
 
 TEST(Bluetooth, KeepsNothingBetweenCallsAndMayBeCopied) {
-  auto run = simulator::Use(MachineWith({Adapter()}));
+  auto run = simulator::Use(MachineWithDevices({Adapter()}));
   CBluetooth bluetooth;
   EXPECT_EQ(bluetooth.GetDeviceName(), L"Wireless Bluetooth");
   run.machine().devices->clear();
@@ -315,7 +311,7 @@ TEST(Bluetooth, AsksForNothingWhenItIsMade) {
 }
 
 TEST(Bluetooth, LetsNoExceptionOut) {
-  auto run = simulator::Use(MachineWith({Adapter()}));
+  auto run = simulator::Use(MachineWithDevices({Adapter()}));
   run.Inject(Fault::kThrow, 0, true);
   CBluetooth bluetooth;
   unsigned long code = 77;
@@ -329,7 +325,7 @@ TEST(Bluetooth, LetsNoExceptionOut) {
 }
 
 TEST(Bluetooth, LogsUnderTheFunctionThatSpeaks) {
-  const auto run = simulator::Use(MachineWith({Adapter()}));
+  const auto run = simulator::Use(MachineWithDevices({Adapter()}));
   const CapturedLog log;
   CBluetooth().GetDeviceErrorState();
   ASSERT_EQ(log.Lines().size(), 1u);

@@ -7,6 +7,7 @@
 #include "simulator/run.h"
 #include "tests/support/logging/captured_log.h"
 #include "tests/support/simulator/allocations.h"
+#include "tests/support/simulator/machines.h"
 #include "velmora/bluetooth.h"
 
 namespace {
@@ -17,6 +18,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using velmora::testing::CapturedLog;
+using velmora::testing::MachineWithDevices;
 
 using Texts = std::vector<std::wstring>;
 
@@ -24,19 +26,13 @@ simulator::Device Remote(const char* hardware_id, const char* type = "", const c
   return {.setup_class = "Bluetooth", .hardware_ids = {hardware_id}, .type = type, .name = name};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> devices) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(devices);
-  return machine;
-}
-
 Texts RemotesAmong(std::vector<simulator::Device> devices) {
-  const auto run = simulator::Use(MachineWith(std::move(devices)));
+  const auto run = simulator::Use(MachineWithDevices(std::move(devices)));
   return CBluetooth().GetExternalDeviceHardID();
 }
 
 Texts MiceAmong(std::vector<simulator::Device> devices) {
-  const auto run = simulator::Use(MachineWith(std::move(devices)));
+  const auto run = simulator::Use(MachineWithDevices(std::move(devices)));
   return CBluetooth().GetExternalBlteMouseHardID();
 }
 
@@ -65,7 +61,7 @@ TEST(ExternalBluetoothDevices, MustBeginAsToldInTheSameLetters) {
 }
 
 TEST(ExternalBluetoothDevices, AreLoggedOneByOneWhateverTheyAre) {
-  const auto run = simulator::Use(MachineWith({Remote("USB\\A"), Remote("BTHLE\\Dev_2")}));
+  const auto run = simulator::Use(MachineWithDevices({Remote("USB\\A"), Remote("BTHLE\\Dev_2")}));
   const CapturedLog log;
   CBluetooth().GetExternalDeviceHardID();
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Bluetooth)"));
@@ -76,7 +72,8 @@ TEST(ExternalBluetoothDevices, AreLoggedOneByOneWhateverTheyAre) {
 }
 
 TEST(ExternalBluetoothDevice, TellsItsNameAndItsType) {
-  const auto run = simulator::Use(MachineWith({Remote("BTHLE\\Dev_2", "Bluetooth Mouse", "Travel Mouse")}));
+  const auto run =
+      simulator::Use(MachineWithDevices({Remote("BTHLE\\Dev_2", "Bluetooth Mouse", "Travel Mouse")}));
   const CapturedLog log;
   CBluetooth bluetooth;
   EXPECT_EQ(bluetooth.GetExternalDeviceNameByHardID(L"BTHLE\\Dev_2"), L"Travel Mouse");
@@ -92,7 +89,7 @@ TEST(ExternalBluetoothDevice, TellsItsNameAndItsType) {
 }
 
 TEST(ExternalBluetoothDevice, WithoutAnIdIsLoggedButNotLookedUp) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithDevices({}));
   const CapturedLog log;
   EXPECT_EQ(CBluetooth().GetExternalDeviceNameByHardID(L""), L"");
   EXPECT_EQ(CBluetooth().GetExternalDeviceTypeByHardId(L""), L"");
@@ -104,7 +101,7 @@ TEST(ExternalBluetoothDevice, WithoutAnIdIsLoggedButNotLookedUp) {
 }
 
 TEST(ExternalBluetoothDevice, ThatIsNotThereHasNoName) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithDevices({}));
   EXPECT_EQ(CBluetooth().GetExternalDeviceNameByHardID(L"BTHLE\\Dev_2"), L"");
 }
 
@@ -148,7 +145,7 @@ TEST(BluetoothMice, AreNotRecognisedByTheirName) {
 
 TEST(BluetoothMice, AreLoggedUnderTheLabelOfTheListOfAllAfterTheirType) {
   const auto run =
-      simulator::Use(MachineWith({Remote("USB\\A", "Bluetooth"), Remote("BTHLE\\Dev_2", "Mouse")}));
+      simulator::Use(MachineWithDevices({Remote("USB\\A", "Bluetooth"), Remote("BTHLE\\Dev_2", "Mouse")}));
   const CapturedLog log;
   CBluetooth().GetExternalBlteMouseHardID();
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Bluetooth)",
@@ -167,7 +164,7 @@ TEST(BluetoothMice, AreLoggedUnderTheLabelOfTheListOfAllAfterTheirType) {
 }
 
 TEST(ExternalBluetoothDevices, AreAllOrNoneWhenMemoryRunsOut) {
-  const auto run = simulator::Use(MachineWith({Remote("BTHLE\\Dev_1"), Remote("BTHENUM\\Dev_2")}));
+  const auto run = simulator::Use(MachineWithDevices({Remote("BTHLE\\Dev_1"), Remote("BTHENUM\\Dev_2")}));
   CBluetooth bluetooth;
   const Texts all{L"BTHLE\\Dev_1", L"BTHENUM\\Dev_2"};
   const auto results =
@@ -178,7 +175,7 @@ TEST(ExternalBluetoothDevices, AreAllOrNoneWhenMemoryRunsOut) {
 }
 
 TEST(ExternalBluetoothDevices, LetNoExceptionOut) {
-  auto run = simulator::Use(MachineWith({Remote("BTHLE\\Dev_1", "Mouse", "M")}));
+  auto run = simulator::Use(MachineWithDevices({Remote("BTHLE\\Dev_1", "Mouse", "M")}));
   run.Inject(Fault::kThrow, 0, true);
   CBluetooth bluetooth;
   EXPECT_THAT(bluetooth.GetExternalDeviceHardID(), IsEmpty());

@@ -21,8 +21,8 @@ constexpr auto kCloseDevice = "BluetoothFindDeviceClose()";
 constexpr auto kCloseRadio = "CloseHandle()";
 constexpr auto kCloseSearch = "BluetoothFindRadioClose()";
 
-simulator::Machine MachineWith(std::vector<simulator::BluetoothRadio> radios,
-                               std::vector<simulator::BluetoothRemote> remotes) {
+simulator::Machine MachineWithRadios(std::vector<simulator::BluetoothRadio> radios,
+                                     std::vector<simulator::BluetoothRemote> remotes) {
   auto machine = simulator::BlankMachine();
   machine.bluetooth = {.radios = std::move(radios), .remote_devices = std::move(remotes)};
   machine.clock.emplace();
@@ -30,7 +30,7 @@ simulator::Machine MachineWith(std::vector<simulator::BluetoothRadio> radios,
 }
 
 simulator::Machine MachineWithMouse() {
-  return MachineWith({{.address = 1}}, {{.address = 2, .remembered = true}});
+  return MachineWithRadios({{.address = 1}}, {{.address = 2, .remembered = true}});
 }
 
 /// What is called when call number `number` goes wrong, and what comes of it.
@@ -59,26 +59,27 @@ TEST(FindBluetoothDevice, FindsEachKindOfDevice) {
   for (const auto& remote :
        {simulator::BluetoothRemote{.connected = true}, simulator::BluetoothRemote{.remembered = true},
         simulator::BluetoothRemote{.authenticated = true}, simulator::BluetoothRemote{}}) {
-    const auto run = simulator::Use(MachineWith({{.address = 1}}, {remote}));
+    const auto run = simulator::Use(MachineWithRadios({{.address = 1}}, {remote}));
     EXPECT_TRUE(CBluetooth().IsFindBtDevice());
   }
 }
 
 TEST(FindBluetoothDevice, FindsNothingWithoutARadio) {
-  const auto run = simulator::Use(MachineWith({}, {{.connected = true}}));
+  const auto run = simulator::Use(MachineWithRadios({}, {{.connected = true}}));
   EXPECT_FALSE(CBluetooth().IsFindBtDevice());
   EXPECT_THAT(run.Trace(), ElementsAre(kFindRadio));
 }
 
 TEST(FindBluetoothDevice, DoesNotSearchThroughARadioThatTellsNothing) {
-  const auto run = simulator::Use(MachineWith({{.info_error = 1167}, {.address = 1}}, {{.connected = true}}));
+  const auto run =
+      simulator::Use(MachineWithRadios({{.info_error = 1167}, {.address = 1}}, {{.connected = true}}));
   EXPECT_FALSE(CBluetooth().IsFindBtDevice());
   EXPECT_THAT(run.Trace(), ElementsAre(kFindRadio, kRadioInfo, kCloseRadio, kCloseSearch))
       << "the second radio is not asked";
 }
 
 TEST(FindBluetoothDevice, ClosesNoSearchForDevicesThatFoundNone) {
-  const auto run = simulator::Use(MachineWith({{.address = 1}}, {}));
+  const auto run = simulator::Use(MachineWithRadios({{.address = 1}}, {}));
   EXPECT_FALSE(CBluetooth().IsFindBtDevice());
   EXPECT_THAT(run.Trace(), ElementsAre(kFindRadio, kRadioInfo, kFindDevice, kCloseRadio, kCloseSearch));
 }
@@ -104,7 +105,7 @@ TEST(FindBluetoothDevice, ClosesWhatIsOpenWhateverGoesWrong) {
 }
 
 TEST(FindBluetoothDevice, LogsItsNameOnlyWhateverItFinds) {
-  for (const auto& machine : {MachineWithMouse(), MachineWith({}, {})}) {
+  for (const auto& machine : {MachineWithMouse(), MachineWithRadios({}, {})}) {
     const auto run = simulator::Use(machine);
     const CapturedLog log;
     CBluetooth().IsFindBtDevice();

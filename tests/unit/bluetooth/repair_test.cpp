@@ -21,7 +21,7 @@ using velmora::testing::CapturedLog;
 
 constexpr unsigned long kNothingFails = 0xFFFFFFFF;
 
-simulator::Device UsbDevice(const char* name, std::uint32_t problem_code) {
+simulator::Device NamedUsbDevice(const char* name, std::uint32_t problem_code) {
   return {.setup_class = "USB",
           .hardware_ids = {std::string("USB\\") + name},
           .description = name,
@@ -33,7 +33,7 @@ simulator::Device AdapterToCome() {
   return {.setup_class = "Bluetooth", .hardware_ids = {"USB\\VID_8087&PID_0026"}, .rescans_since_removal = 0};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> devices) {
+simulator::Machine MachineToRepair(std::vector<simulator::Device> devices) {
   auto machine = simulator::BlankMachine();
   machine.devices = std::move(devices);
   machine.clock.emplace();
@@ -47,7 +47,8 @@ std::vector<std::string> Uninstalled(const simulator::Run& run) {
 }
 
 TEST(UsbRepair, UninstallsNothingWhenDevicesWorkOrAreDisabled) {
-  const auto run = simulator::Use(MachineWith({UsbDevice("A", 0), UsbDevice("B", 22), UsbDevice("C", 0)}));
+  const auto run = simulator::Use(
+      MachineToRepair({NamedUsbDevice("A", 0), NamedUsbDevice("B", 22), NamedUsbDevice("C", 0)}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), kNothingFails);
   EXPECT_THAT(run.Trace(),
               ElementsAre("GetDeviceDesc(USB)", "GetDeviceULONGInfoByDesc(A, USB, 10)",
@@ -57,36 +58,36 @@ TEST(UsbRepair, UninstallsNothingWhenDevicesWorkOrAreDisabled) {
 }
 
 TEST(UsbRepair, DoesNothingOnAMachineWithoutUsb) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineToRepair({}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), kNothingFails);
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceDesc(USB)"));
 }
 
 TEST(UsbRepair, UninstallsTheFirstFailingDeviceOnly) {
-  const auto run = simulator::Use(
-      MachineWith({UsbDevice("A", 0), UsbDevice("B", 28), UsbDevice("C", 43), AdapterToCome()}));
+  const auto run = simulator::Use(MachineToRepair(
+      {NamedUsbDevice("A", 0), NamedUsbDevice("B", 28), NamedUsbDevice("C", 43), AdapterToCome()}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), 0u);
   EXPECT_THAT(Uninstalled(run), ElementsAre("UnstallDeviceByHardwareID(USB\\B, USB)"));
   EXPECT_THAT(run.Trace(), Not(Contains(StartsWith("GetDeviceULONGInfoByDesc(C"))));
 }
 
 TEST(UsbRepair, BelievesTheSecondLookThatADeviceIsDisabled) {
-  auto device = UsbDevice("A", 0);
+  auto device = NamedUsbDevice("A", 0);
   device.next_problem_codes = {43, 22};
-  const auto run = simulator::Use(MachineWith({device, UsbDevice("B", 22)}));
+  const auto run = simulator::Use(MachineToRepair({device, NamedUsbDevice("B", 22)}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), kNothingFails);
 }
 
 TEST(UsbRepair, TakesADeviceWhoseSecondLookSaysThatItWorks) {
-  auto device = UsbDevice("A", 0);
+  auto device = NamedUsbDevice("A", 0);
   device.next_problem_codes = {43, 0};
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineToRepair({device}));
   CBluetooth().RepairInUSBDriver();
   EXPECT_THAT(Uninstalled(run), ElementsAre("UnstallDeviceByHardwareID(USB\\A, USB)"));
 }
 
 TEST(UsbRepair, PausesRescansAndPausesBeforeItLooksAgain) {
-  auto run = simulator::Use(MachineWith({UsbDevice("A", 43), AdapterToCome()}));
+  auto run = simulator::Use(MachineToRepair({NamedUsbDevice("A", 43), AdapterToCome()}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), 0u);
   EXPECT_THAT(run.Trace(),
               ElementsAre("GetDeviceDesc(USB)", "GetDeviceULONGInfoByDesc(A, USB, 10)",
@@ -98,17 +99,17 @@ TEST(UsbRepair, PausesRescansAndPausesBeforeItLooksAgain) {
 }
 
 TEST(UsbRepair, SucceedsWhenTheAdapterIsBackWhateverUninstallingGave) {
-  auto device = UsbDevice("A", 43);
+  auto device = NamedUsbDevice("A", 43);
   device.removal_error = 5;
-  const auto run = simulator::Use(MachineWith({device, AdapterToCome()}));
+  const auto run = simulator::Use(MachineToRepair({device, AdapterToCome()}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), 0u);
   EXPECT_THAT(Uninstalled(run), ElementsAre("UnstallDeviceByHardwareID(USB\\A, USB)"));
 }
 
 TEST(UsbRepair, TriesTheNameInPlaceOfTheIdWhenTheAdapterStaysLost) {
-  auto device = UsbDevice("A", 43);
+  auto device = NamedUsbDevice("A", 43);
   device.removal_error = 5;
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineToRepair({device}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), 5u) << "what the second uninstalling gives is not told";
   EXPECT_THAT(Uninstalled(run),
               ElementsAre("UnstallDeviceByHardwareID(USB\\A, USB)", "UnstallDeviceByHardwareID(A, USB)"));
@@ -119,26 +120,27 @@ TEST(UsbRepair, TriesTheNameInPlaceOfTheIdWhenTheAdapterStaysLost) {
 }
 
 TEST(UsbRepair, GivesTheFirstUninstallingsZeroWhenTheAdapterStaysLost) {
-  const auto run = simulator::Use(MachineWith({UsbDevice("A", 43)}));
+  const auto run = simulator::Use(MachineToRepair({NamedUsbDevice("A", 43)}));
   EXPECT_EQ(CBluetooth().RepairInUSBDriver(), 0u);
 }
 
 TEST(UsbRepair, DoesNotUninstallAgainWhatWorksOrIsDisabledAfterTheRescan) {
-  auto healed = UsbDevice("A", 43);
+  auto healed = NamedUsbDevice("A", 43);
   healed.after_removal.heals_after = 1;
-  auto disabled = UsbDevice("A", 22);
+  auto disabled = NamedUsbDevice("A", 22);
   disabled.next_problem_codes = {43, 43};
   for (const auto& device : {healed, disabled}) {
-    const auto run = simulator::Use(MachineWith({device}));
+    const auto run = simulator::Use(MachineToRepair({device}));
     CBluetooth().RepairInUSBDriver();
     EXPECT_THAT(Uninstalled(run), ElementsAre("UnstallDeviceByHardwareID(USB\\A, USB)"));
   }
 }
 
 TEST(UsbRepair, LogsASeparatorThatLosesOneCharacterADevice) {
-  const auto run = simulator::Use(MachineWith({UsbDevice("A", 0), UsbDevice("B", 0), UsbDevice("C", 0),
-                                               UsbDevice("D", 0), UsbDevice("E", 0), UsbDevice("F", 0),
-                                               UsbDevice("G", 0), UsbDevice("H", 0), UsbDevice("I", 0)}));
+  const auto run = simulator::Use(
+      MachineToRepair({NamedUsbDevice("A", 0), NamedUsbDevice("B", 0), NamedUsbDevice("C", 0),
+                       NamedUsbDevice("D", 0), NamedUsbDevice("E", 0), NamedUsbDevice("F", 0),
+                       NamedUsbDevice("G", 0), NamedUsbDevice("H", 0), NamedUsbDevice("I", 0)}));
   const CapturedLog log;
   CBluetooth().RepairInUSBDriver();
   EXPECT_THAT(log.Texts(),
@@ -155,7 +157,7 @@ TEST(UsbRepair, LogsASeparatorThatLosesOneCharacterADevice) {
 }
 
 TEST(UsbRepair, LogsUninstallingAndTheLookAfterItWithTheLastError) {
-  const auto run = simulator::Use(MachineWith({UsbDevice("A", 43), AdapterToCome()}));
+  const auto run = simulator::Use(MachineToRepair({NamedUsbDevice("A", 43), AdapterToCome()}));
   const CapturedLog log;
   velmora::os::SetLastError(1234);
   CBluetooth().RepairInUSBDriver();
@@ -171,7 +173,7 @@ TEST(UsbRepair, LogsUninstallingAndTheLookAfterItWithTheLastError) {
 
 TEST(UsbRepair, LetsNoExceptionOut) {
   for (int number = 0; number < 12; ++number) {
-    auto run = simulator::Use(MachineWith({UsbDevice("A", 43)}));
+    auto run = simulator::Use(MachineToRepair({NamedUsbDevice("A", 43)}));
     run.Inject(Fault::kThrow, number, true);
     const unsigned long result = CBluetooth().RepairInUSBDriver();
     EXPECT_TRUE(result == 0 || result == kNothingFails) << result;

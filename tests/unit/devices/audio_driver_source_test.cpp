@@ -20,8 +20,8 @@ using velmora::testing::LogRecord;
 using velmora::testing::NoLogger;
 using velmora::testing::WithEachAllocationFailing;
 
-const std::string kMarked = "%Codec% = Install, HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_7B2D22D6";
-const std::string kForeign = "%Codec% = Install, HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_17AA22D6";
+const std::string kMarkedCodec = "%Codec% = Install, HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_7B2D22D6";
+const std::string kForeignCodec = "%Codec% = Install, HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_17AA22D6";
 
 /// A machine whose audio device has this INF file, which holds `contents`.
 simulator::Machine MachineWithInf(const std::string& name, const std::string& contents) {
@@ -70,32 +70,32 @@ TEST(AudioDriverSource, HasTheNumbersThatHostsKnow) {
 }
 
 TEST(AudioDriverSource, IsNoInfWithoutAnAudioDevice) {
-  auto machine = MachineWithInf("oem8.inf", kForeign);
+  auto machine = MachineWithInf("oem8.inf", kForeignCodec);
   machine.devices->clear();
   EXPECT_EQ(Check(machine), (Verdict{3, "old"}));
 }
 
 TEST(AudioDriverSource, IsNoInfWithoutAnInfName) {
-  auto machine = MachineWithInf("oem8.inf", kForeign);
+  auto machine = MachineWithInf("oem8.inf", kForeignCodec);
   machine.devices->front().inf = "";
   EXPECT_EQ(Check(machine), (Verdict{3, "old"}));
 }
 
 TEST(AudioDriverSource, IsNoInfWhenTheFileIsMissing) {
-  auto machine = MachineWithInf("oem8.inf", kForeign);
+  auto machine = MachineWithInf("oem8.inf", kForeignCodec);
   machine.devices->front().inf = "oem9.inf";
   EXPECT_EQ(Check(machine), (Verdict{3, "old"}));
 }
 
 TEST(AudioDriverSource, IsInboxForAFileWithoutOemInItsName) {
-  const auto run = simulator::Use(MachineWithInf("hdaudio.inf", kForeign));
+  const auto run = simulator::Use(MachineWithInf("hdaudio.inf", kForeignCodec));
   EXPECT_EQ(Check(), (Verdict{2, "old"}));
   EXPECT_EQ(run.Calls("OpenFileForReading"), 0) << "it is not even read";
 }
 
 TEST(AudioDriverSource, TakesOemInEitherLetterCaseAndAnywhereInTheName) {
   for (const char* const name : {"OEM8.INF", "Oem8.inf", "oeM8.inf", "8oem", "x.oem"}) {
-    EXPECT_EQ(Check(MachineWithInf(name, kForeign)), (Verdict{1, kForeign})) << name;
+    EXPECT_EQ(Check(MachineWithInf(name, kForeignCodec)), (Verdict{1, kForeignCodec})) << name;
   }
 }
 
@@ -105,31 +105,33 @@ TEST(AudioDriverSource, IsTheMakersForAFileWithoutModels) {
 }
 
 TEST(AudioDriverSource, IsTheMakersWhenEveryModelOfTheRunIsMarked) {
-  EXPECT_EQ(CheckContents(kMarked + "\n" + kMarked + "\n"), (Verdict{0, "old"}));
+  EXPECT_EQ(CheckContents(kMarkedCodec + "\n" + kMarkedCodec + "\n"), (Verdict{0, "old"}));
 }
 
 TEST(AudioDriverSource, IsAnotherVendorsWhenTheSecondModelIsNotMarked) {
-  EXPECT_EQ(CheckContents("[Models]\n" + kMarked + "\n" + kForeign + "\n"), (Verdict{1, kForeign}));
+  EXPECT_EQ(CheckContents("[Models]\n" + kMarkedCodec + "\n" + kForeignCodec + "\n"),
+            (Verdict{1, kForeignCodec}));
 }
 
 TEST(AudioDriverSource, IsTheMakersWhenTheUnmarkedModelStandsBehindAnUnrelatedLine) {
-  EXPECT_EQ(CheckContents(kMarked + "\n; unrelated\n" + kForeign + "\n"), (Verdict{0, "old"}));
+  EXPECT_EQ(CheckContents(kMarkedCodec + "\n; unrelated\n" + kForeignCodec + "\n"), (Verdict{0, "old"}));
 }
 
 TEST(AudioDriverSource, GivesTheBytesOfTheLineAsTheyStand) {
-  EXPECT_EQ(CheckContents(kMarked + "\r\n\xFF" + kForeign + "\r\n"), (Verdict{1, "\xFF" + kForeign + "\r"}));
+  EXPECT_EQ(CheckContents(kMarkedCodec + "\r\n\xFF" + kForeignCodec + "\r\n"),
+            (Verdict{1, "\xFF" + kForeignCodec + "\r"}));
 }
 
 TEST(AudioDriverSource, IsTheMakersForAFileOfWideCharacters) {
   auto machine = MachineWithInf("oem8.inf", "");
   simulator::Bytes wide{{0xFF, 0xFE}};
-  for (const char c : kForeign) wide.data.insert(wide.data.end(), {static_cast<std::uint8_t>(c), 0});
+  for (const char c : kForeignCodec) wide.data.insert(wide.data.end(), {static_cast<std::uint8_t>(c), 0});
   machine.files->back().raw = wide;
   EXPECT_EQ(Check(machine), (Verdict{0, "old"}));
 }
 
 TEST(AudioDriverSource, IsUnopenedWhenTheFileDoesNotOpen) {
-  auto machine = MachineWithInf("oem8.inf", kForeign);
+  auto machine = MachineWithInf("oem8.inf", kForeignCodec);
   machine.files->back().open_error = 5;
   EXPECT_EQ(Check(machine), (Verdict{-1, "old"}));
 }
@@ -144,8 +146,8 @@ TEST(AudioDriverSource, FindsAModelAtTheEndOfAFileOfManyPieces) {
   auto machine = MachineWithInf("oem8.inf", "");
   std::string contents;
   while (contents.size() < 100'000) contents += "; a line of the package\n";
-  machine.files->back().contents = contents + kForeign + "\n";
-  EXPECT_EQ(Check(machine), (Verdict{1, kForeign}));
+  machine.files->back().contents = contents + kForeignCodec + "\n";
+  EXPECT_EQ(Check(machine), (Verdict{1, kForeignCodec}));
 }
 
 TEST(AudioDriverSource, ReadsALongLineInSmallPieces) {
@@ -160,12 +162,12 @@ TEST(AudioDriverSource, ReadsALongLineInSmallPieces) {
 }
 
 TEST(AudioDriverSource, CutsTheLineItGivesOutAt65536Bytes) {
-  const std::string contents = kForeign + std::string(100'000, 'x');
+  const std::string contents = kForeignCodec + std::string(100'000, 'x');
   EXPECT_EQ(CheckContents(contents), (Verdict{1, contents.substr(0, 65'536)}));
 }
 
 TEST(AudioDriverSource, ReadsNoFurtherThanTheFirstRun) {
-  auto machine = MachineWithInf("oem8.inf", kMarked + "\n\n" + std::string(1'000'000, 'x'));
+  auto machine = MachineWithInf("oem8.inf", kMarkedCodec + "\n\n" + std::string(1'000'000, 'x'));
   const auto run = simulator::Use(machine);
   EXPECT_EQ(Check(), (Verdict{0, "old"}));
   EXPECT_EQ(run.Calls("ReadFile"), 1);
@@ -179,7 +181,7 @@ TEST(AudioDriverSource, LooksAtNothingOutsideTheInfFolder) {
     machine.devices->front().inf = name;
     for (const char* const path :
          {"C:\\Windows\\secret\\oem1.inf", "C:\\oem1.inf", "C:\\Windows\\INF\\sub\\oem1.inf"}) {
-      machine.files->push_back({.path = path, .contents = kForeign});
+      machine.files->push_back({.path = path, .contents = kForeignCodec});
     }
     const auto run = simulator::Use(machine);
     EXPECT_EQ(Check(), (Verdict{3, "old"})) << name;
@@ -188,7 +190,7 @@ TEST(AudioDriverSource, LooksAtNothingOutsideTheInfFolder) {
 }
 
 TEST(AudioDriverSource, FindsOutInThisOrder) {
-  const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeign));
+  const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeignCodec));
   CAudioCard audio;
   const auto before = static_cast<std::ptrdiff_t>(run.Trace().size());
   std::string fail_line;
@@ -213,10 +215,10 @@ TEST(AudioDriverSource, LogsEachResult) {
     EXPECT_THAT(log.Texts().front(), StartsWith("wszInf="));
     return log.Texts().back();
   };
-  auto machine = MachineWithInf("oem8.inf", kForeign);
+  auto machine = MachineWithInf("oem8.inf", kForeignCodec);
   EXPECT_EQ(logged(machine),
-            "enmDriverSource=1, strFailInfo=" + kForeign + "(CAudioCard::Check3rdAudioDriver)");
-  machine.files->back().contents = kMarked;
+            "enmDriverSource=1, strFailInfo=" + kForeignCodec + "(CAudioCard::Check3rdAudioDriver)");
+  machine.files->back().contents = kMarkedCodec;
   EXPECT_EQ(logged(machine), "enmDriverSource=0, strFailInfo=old(CAudioCard::Check3rdAudioDriver)");
   machine.files->back().open_error = 5;
   EXPECT_EQ(logged(machine), "enmDriverSource=-1, strFailInfo=old(CAudioCard::Check3rdAudioDriver)");
@@ -229,7 +231,7 @@ TEST(AudioDriverSource, LogsEachResult) {
 }
 
 TEST(AudioDriverSource, LogsAtDebugLevelFromTheOperationItself) {
-  const auto run = simulator::Use(MachineWithInf("oem8.inf", kMarked));
+  const auto run = simulator::Use(MachineWithInf("oem8.inf", kMarkedCodec));
   CapturedLog log;
   Check();
   ASSERT_EQ(log.Lines().size(), 2U);
@@ -244,9 +246,9 @@ TEST(AudioDriverSource, LogsAtDebugLevelFromTheOperationItself) {
 }
 
 TEST(AudioDriverSource, EndsTheFileWhereReadingFails) {
-  auto machine = MachineWithInf("oem8.inf", std::string(5000, '\n') + kForeign);
+  auto machine = MachineWithInf("oem8.inf", std::string(5000, '\n') + kForeignCodec);
   auto run = simulator::Use(machine);
-  ASSERT_EQ(Check(), (Verdict{1, kForeign}));
+  ASSERT_EQ(Check(), (Verdict{1, kForeignCodec}));
   const auto trace = run.Trace();
   const auto second_read = std::ranges::find(trace, "ReadFile(4096)") + 1 - trace.begin();
   run.Inject(Fault::kFail, run.Calls() + static_cast<int>(second_read));
@@ -256,15 +258,15 @@ TEST(AudioDriverSource, EndsTheFileWhereReadingFails) {
 TEST(AudioDriverSource, ClosesTheFileAndGivesADocumentedResultWhateverThrows) {
   const NoLogger none;
   const int calls = [] {
-    const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeign));
+    const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeignCodec));
     Check();
     return run.Calls();
   }();
   for (int call = 0; call < calls; ++call) {
-    auto run = simulator::Use(MachineWithInf("oem8.inf", kForeign));
+    auto run = simulator::Use(MachineWithInf("oem8.inf", kForeignCodec));
     run.Inject(Fault::kThrow, call);
     const Verdict verdict = Check();
-    EXPECT_TRUE(verdict == (Verdict{1, kForeign}) || verdict == (Verdict{3, "old"}) ||
+    EXPECT_TRUE(verdict == (Verdict{1, kForeignCodec}) || verdict == (Verdict{3, "old"}) ||
                 verdict == (Verdict{-1, "old"}))
         << testing::PrintToString(verdict) << " when call " << call << " throws";
     EXPECT_EQ(run.OpenHandles(), 0);
@@ -273,7 +275,7 @@ TEST(AudioDriverSource, ClosesTheFileAndGivesADocumentedResultWhateverThrows) {
 
 TEST(AudioDriverSource, IsNeverGuessedWhenMemoryRunsOut) {
   const NoLogger none;
-  const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeign));
+  const auto run = simulator::Use(MachineWithInf("oem8.inf", kForeignCodec));
   const auto sources = WithEachAllocationFailing([] {
     std::string fail_line;
     return CAudioCard().Check3rdAudioDriver(fail_line);

@@ -55,7 +55,7 @@ std::wstring HardwareId(const simulator::Machine& machine) {
 
 /// What an operation calls on an object that has been made already.
 template <class Asking>
-std::vector<std::string> TraceOf(const Asking& asking) {
+std::vector<std::string> CallsOf(const Asking& asking) {
   const auto run = simulator::Use(MachineWithAudio({kCodec}));
   CAudioCard audio;
   const auto before = static_cast<std::ptrdiff_t>(run.Trace().size());
@@ -119,15 +119,15 @@ TEST(AudioCard, AsksForTheProcessorsKindThenForTheIdsThenForTheProperty) {
                        "GetDeviceHardwareID(Media)", question);
   };
   const std::string text = std::string("GetDeviceStrInfoByHardwareID(") + kCodec + ", Media, ";
-  EXPECT_THAT(TraceOf([](CAudioCard& audio) { audio.GetAudioCardName(); }), asked(text + "0)"));
-  EXPECT_THAT(TraceOf([](CAudioCard& audio) { audio.GetAudioCardManufacturer(); }), asked(text + "1)"));
-  EXPECT_THAT(TraceOf([](CAudioCard& audio) { audio.GetDriverVersion(); }), asked(text + "2)"));
-  EXPECT_THAT(TraceOf([](CAudioCard& audio) {
+  EXPECT_THAT(CallsOf([](CAudioCard& audio) { audio.GetAudioCardName(); }), asked(text + "0)"));
+  EXPECT_THAT(CallsOf([](CAudioCard& audio) { audio.GetAudioCardManufacturer(); }), asked(text + "1)"));
+  EXPECT_THAT(CallsOf([](CAudioCard& audio) { audio.GetDriverVersion(); }), asked(text + "2)"));
+  EXPECT_THAT(CallsOf([](CAudioCard& audio) {
                 std::wstring inf;
                 audio.GetAudioDriverInf(inf);
               }),
               asked(text + "8)"));
-  EXPECT_THAT(TraceOf([](CAudioCard& audio) { audio.GetAudioErrorCode(); }),
+  EXPECT_THAT(CallsOf([](CAudioCard& audio) { audio.GetAudioErrorCode(); }),
               asked(std::string("GetDeviceULONGInfoByHardwareID(") + kCodec + ", Media, 10)"));
 }
 

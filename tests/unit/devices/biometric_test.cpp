@@ -11,6 +11,7 @@
 #include "simulator/guid_text.h"
 #include "simulator/run.h"
 #include "tests/support/logging/captured_log.h"
+#include "tests/support/simulator/machines.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 using velmora::testing::CapturedLog;
+using velmora::testing::MachineWithDevices;
 using velmora::testing::NoLogger;
 
 constexpr unsigned long kAbsentProblem = 45;
@@ -45,14 +47,8 @@ simulator::Device SystemDevice(const std::wstring& description, const char* hard
           .problem_code = 0};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> devices) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(devices);
-  return machine;
-}
-
 simulator::Machine MachineWithSystemDevices(const std::vector<std::wstring>& descriptions) {
-  auto machine = MachineWith({});
+  auto machine = MachineWithDevices({});
   for (const auto& description : descriptions) machine.devices->push_back(SystemDevice(description));
   return machine;
 }
@@ -71,7 +67,7 @@ TEST(Fingerprint, IsLookedForInTheBiometricClassAndTheOthersInTheSystemClass) {
 }
 
 TEST(Fingerprint, GivesTheFactsOfTheReader) {
-  const auto run = simulator::Use(MachineWith({Reader(kReaderId)}));
+  const auto run = simulator::Use(MachineWithDevices({Reader(kReaderId)}));
   CBiometric biometric;
   EXPECT_EQ(biometric.GetHardwareID(), L"ACPI\\VEN_GXFP&DEV_5187");
   EXPECT_EQ(biometric.GetDeviceName(), L"Fingerprint SPI");
@@ -84,19 +80,20 @@ TEST(Fingerprint, GivesTheProblemCodeUnchanged) {
   for (const std::uint32_t code : {10U, 22U, 43U, 0xFFFFFFFFU}) {
     auto reader = Reader(kReaderId);
     reader.problem_code = code;
-    const auto run = simulator::Use(MachineWith({reader}));
+    const auto run = simulator::Use(MachineWithDevices({reader}));
     EXPECT_EQ(CBiometric().GetErrorCode(), code);
   }
 }
 
 TEST(Fingerprint, IsTheFirstWhoseIdBeginsWithAcpiInExactlyTheseLetters) {
-  const auto run = simulator::Use(MachineWith({Reader("USB\\VID_06CB&PID_00FC"), Reader("acpi\\small"),
-                                               Reader("XACPI\\inside"), Reader("ACPI"), Reader(kReaderId)}));
+  const auto run =
+      simulator::Use(MachineWithDevices({Reader("USB\\VID_06CB&PID_00FC"), Reader("acpi\\small"),
+                                         Reader("XACPI\\inside"), Reader("ACPI"), Reader(kReaderId)}));
   EXPECT_EQ(CBiometric().GetHardwareID(), L"ACPI");
 }
 
 TEST(Fingerprint, IsNoneOnUsb) {
-  const auto run = simulator::Use(MachineWith({Reader("USB\\VID_06CB&PID_00FC")}));
+  const auto run = simulator::Use(MachineWithDevices({Reader("USB\\VID_06CB&PID_00FC")}));
   CBiometric biometric;
   EXPECT_EQ(biometric.GetHardwareID(), L"");
   EXPECT_EQ(biometric.GetDeviceName(), L"");
@@ -109,7 +106,7 @@ TEST(Fingerprint, AsksForTheIdThenForThePropertyOfIt) {
   const auto asked = [](const std::string& question) {
     return ElementsAre("GetDeviceHardwareID(Biometric)", question);
   };
-  const auto machine = MachineWith({Reader("ACPI\\X")});
+  const auto machine = MachineWithDevices({Reader("ACPI\\X")});
   const std::string text = "GetDeviceStrInfoByHardwareID(ACPI\\X, Biometric, ";
   EXPECT_THAT(TraceOf(machine, [](CBiometric& b) { b.GetDeviceName(); }), asked(text + "0)"));
   EXPECT_THAT(TraceOf(machine, [](CBiometric& b) { b.GetManufacturer(); }), asked(text + "1)"));
@@ -121,7 +118,7 @@ TEST(Fingerprint, AsksForTheIdThenForThePropertyOfIt) {
 }
 
 TEST(Fingerprint, IsAskedAboutAlsoWithAnEmptyId) {
-  const auto machine = MachineWith({});
+  const auto machine = MachineWithDevices({});
   EXPECT_THAT(TraceOf(machine, [](CBiometric& b) { b.GetDeviceName(); }),
               ElementsAre("GetDeviceHardwareID(Biometric)", "GetDeviceStrInfoByHardwareID(, Biometric, 0)"));
   EXPECT_THAT(
@@ -130,7 +127,7 @@ TEST(Fingerprint, IsAskedAboutAlsoWithAnEmptyId) {
 }
 
 TEST(Fingerprint, LogsNothing) {
-  const auto run = simulator::Use(MachineWith({Reader(kReaderId)}));
+  const auto run = simulator::Use(MachineWithDevices({Reader(kReaderId)}));
   const CapturedLog log;
   CBiometric biometric;
   biometric.GetHardwareID();
@@ -177,7 +174,7 @@ TEST(SerialIo, KeepsDescriptionsThatOccurTwice) {
 }
 
 TEST(SerialIo, IsNoneInAClassWithoutDevices) {
-  const auto run = simulator::Use(MachineWith({Reader(kReaderId)}));
+  const auto run = simulator::Use(MachineWithDevices({Reader(kReaderId)}));
   EXPECT_THAT(CBiometric().GetSerialIODesc(), IsEmpty());
 }
 
@@ -208,7 +205,7 @@ TEST(SystemDevice, GivesItsProblemByDescriptionAndLogsIt) {
 }
 
 TEST(SystemDevice, IsNotFoundByItsHardwareIdWhichIsTakenForADescription) {
-  const auto run = simulator::Use(MachineWith({SystemDevice(L"Serial IO", "ACPI\\INT34C5")}));
+  const auto run = simulator::Use(MachineWithDevices({SystemDevice(L"Serial IO", "ACPI\\INT34C5")}));
   const CapturedLog log;
   EXPECT_EQ(CBiometric().GetSystemDeviceErrorCodeByHardId(L"ACPI\\INT34C5"), kAbsentProblem);
   EXPECT_EQ(CBiometric().GetSystemDeviceErrorCodeByHardId(L"Serial IO"), 0U);
@@ -237,10 +234,10 @@ TEST(ManagementEngine, IsEmptyWhereThereIsNone) {
 }
 
 TEST(SoftwareGuard, GivesTheIdOfTheFirstWithItsWordsInAnyLetterCase) {
-  const auto run =
-      simulator::Use(MachineWith({SystemDevice(L"Software Guard Extensions", "ACPI\\NOT_IT"),
-                                  SystemDevice(L"Intel(R) software guard EXTENSIONS device", "ACPI\\INT0E0C"),
-                                  SystemDevice(L"Software Guard Extensions Device", "ACPI\\SECOND")}));
+  const auto run = simulator::Use(
+      MachineWithDevices({SystemDevice(L"Software Guard Extensions", "ACPI\\NOT_IT"),
+                          SystemDevice(L"Intel(R) software guard EXTENSIONS device", "ACPI\\INT0E0C"),
+                          SystemDevice(L"Software Guard Extensions Device", "ACPI\\SECOND")}));
   const CapturedLog log;
   EXPECT_EQ(CBiometric().GetSGXHardId(), L"ACPI\\INT0E0C");
   EXPECT_THAT(run.Trace(),
@@ -303,7 +300,7 @@ TEST(SystemDevice, IsAskedForAgainEachTime) {
 
 TEST(SystemDevice, GivesNoCodeOfAWorkingDeviceWhenAskingThrows) {
   const NoLogger none;
-  auto run = simulator::Use(MachineWith({Reader(kReaderId), SystemDevice(L"Serial IO")}));
+  auto run = simulator::Use(MachineWithDevices({Reader(kReaderId), SystemDevice(L"Serial IO")}));
   run.Inject(Fault::kThrow, 0, true);
   CBiometric biometric;
   EXPECT_EQ(biometric.GetErrorCode(), 0xFFFFFFFFU);

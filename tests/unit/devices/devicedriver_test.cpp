@@ -9,12 +9,14 @@
 #include <string>
 
 #include "simulator/run.h"
+#include "tests/support/simulator/machines.h"
 
 namespace {
 
 using simulator::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using velmora::testing::MachineWithDevices;
 
 constexpr auto kNet = "{4d36e972-e325-11ce-bfc1-08002be10318}";
 
@@ -36,17 +38,11 @@ simulator::Device UnknownDevice() {
           .unknown = true};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> devices) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(devices);
-  return machine;
-}
-
 /// A healthy device, then the two failing ones.
 simulator::Machine MachineWithTwoFailing() {
   auto healthy = FailingWireless();
   healthy.problem_code = 0;
-  return MachineWith({healthy, FailingWireless(), UnknownDevice()});
+  return MachineWithDevices({healthy, FailingWireless(), UnknownDevice()});
 }
 
 void ExpectNothing(const stErrDriverInfo& info) {
@@ -98,7 +94,7 @@ TEST(FailingDrivers, AreAskedForOnceAndThenFieldByFieldInAFixedOrder) {
 }
 
 TEST(FailingDrivers, AreNamedByTheAddressOfTheirEntryEightBytesAnd520ForEachEarlierOne) {
-  auto run = simulator::Use(MachineWith({FailingWireless(), FailingWireless(), FailingWireless()}));
+  auto run = simulator::Use(MachineWithDevices({FailingWireless(), FailingWireless(), FailingWireless()}));
   std::vector<char*> devices;
   run.OnQuery([&](const simulator::HalQuery& query) -> std::optional<int> {
     devices.push_back(static_cast<char*>(query.device));
@@ -118,7 +114,7 @@ TEST(FailingDrivers, AreNamedByTheAddressOfTheirEntryEightBytesAnd520ForEachEarl
 TEST(FailingDrivers, AreNoneOnAMachineWithoutProblems) {
   auto healthy = FailingWireless();
   healthy.problem_code = 0;
-  const auto run = simulator::Use(MachineWith({healthy}));
+  const auto run = simulator::Use(MachineWithDevices({healthy}));
   CDeviceDriver drivers;
   EXPECT_EQ(drivers.GetErrDeviceDriverCount(), 0);
   ExpectNothing(drivers.GetErrDriverInfoByIndex(0));

@@ -25,7 +25,7 @@ constexpr std::int64_t kUnitsInSecond = 10'000'000;
 
 stDEVICE_DRIVER_TYPE Kind(std::uint32_t number) { return static_cast<stDEVICE_DRIVER_TYPE>(number); }
 
-simulator::Machine MachineWith(simulator::Device device) {
+simulator::Machine MachineToRepair(simulator::Device device) {
   auto machine = simulator::BlankMachine();
   if (device.hardware_ids.empty()) device.hardware_ids = {"PCI\\VEN_14C3&DEV_7961"};
   machine.devices = {std::move(device)};
@@ -55,7 +55,7 @@ TEST(RepairableClass, IsNoneForTheGapsTheKeyboardAndWhatIsBeyondTheLastKind) {
 }
 
 TEST(DriverErrorCode, IsTheProblemCodeOfTheDeviceInTheClassOfItsKind) {
-  const auto run = simulator::Use(MachineWith({.setup_class = "Media", .problem_code = 31}));
+  const auto run = simulator::Use(MachineToRepair({.setup_class = "Media", .problem_code = 31}));
   EXPECT_EQ(CDeviceDriver().GetDeviceDriverErrorCode(kId, emDEVICE_AUDIO), 31U);
   EXPECT_EQ(CDeviceDriver().GetDeviceDriverErrorCode(kId, emDEVICE_WIRELESS), 45U)
       << "it is not in that class";
@@ -74,7 +74,7 @@ TEST(DriverUninstallation, TakesTheDeviceOutOfTheClassOfEverySupportedKind) {
   const std::pair<std::uint32_t, const char*> kinds[] = {{0, "Net"},   {1, "Bluetooth"}, {3, "Biometric"},
                                                          {5, "Media"}, {7, "Display"},   {9, "USB"}};
   for (const auto& [kind, name] : kinds) {
-    auto run = simulator::Use(MachineWith({.setup_class = name}));
+    auto run = simulator::Use(MachineToRepair({.setup_class = name}));
     EXPECT_EQ(CDeviceDriver().UnInstallDeviceDriver(kId, Kind(kind)), 0U) << name;
     EXPECT_FALSE(simulator::IsPresent(run.machine().devices->front())) << name;
     EXPECT_THAT(run.Trace(),
@@ -91,13 +91,13 @@ TEST(DriverUninstallation, IsNotDoneForAKindThatIsNotSupported) {
 }
 
 TEST(DriverUninstallation, PassesTheSystemsErrorOn) {
-  const auto run = simulator::Use(MachineWith({.setup_class = "Net", .removal_error = 5}));
+  const auto run = simulator::Use(MachineToRepair({.setup_class = "Net", .removal_error = 5}));
   EXPECT_EQ(CDeviceDriver().UnInstallDeviceDriver(kId, emDEVICE_WIRELESS), 5U);
   EXPECT_EQ(CDeviceDriver().UnInstallDeviceDriver(L"PCI\\NOSUCH", emDEVICE_WIRELESS), 0xE000020BU);
 }
 
 TEST(DriverReset, IsDoneOnceTheProblemCodeIsZero) {
-  auto run = simulator::Use(MachineWith(
+  auto run = simulator::Use(MachineToRepair(
       {.setup_class = "Net", .problem_code = 10, .after_removal = {.returns_after = 1, .heals_after = 3}}));
   EXPECT_EQ(CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_WIRELESS), 0U);
   EXPECT_EQ(run.machine().clock->now, 3 * kUnitsInSecond);
@@ -117,7 +117,7 @@ TEST(DriverReset, IsDoneOnceTheProblemCodeIsZero) {
 }
 
 TEST(DriverReset, WaitsThroughTenRoundsForADeviceThatNeverHealsAndSaysSo) {
-  auto run = simulator::Use(MachineWith({.setup_class = "Net", .problem_code = 10}));
+  auto run = simulator::Use(MachineToRepair({.setup_class = "Net", .problem_code = 10}));
   EXPECT_EQ(CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_WIRELESS), kNotDone);
   EXPECT_EQ(run.Calls("UnstallDeviceByHardwareID"), 1);
   EXPECT_EQ(run.Calls("CM_Reenumerate_DevNode"), 10);
@@ -128,9 +128,9 @@ TEST(DriverReset, WaitsThroughTenRoundsForADeviceThatNeverHealsAndSaysSo) {
 
 TEST(DriverReset, IsDoneWhenTheTenthLookIsTheFirstGoodOne) {
   const auto heals_after = [](std::uint32_t rescans) {
-    return simulator::Use(MachineWith({.setup_class = "Net",
-                                       .problem_code = 10,
-                                       .after_removal = {.returns_after = 1, .heals_after = rescans}}));
+    return simulator::Use(MachineToRepair({.setup_class = "Net",
+                                           .problem_code = 10,
+                                           .after_removal = {.returns_after = 1, .heals_after = rescans}}));
   };
   {
     const auto run = heals_after(10);
@@ -141,13 +141,14 @@ TEST(DriverReset, IsDoneWhenTheTenthLookIsTheFirstGoodOne) {
 }
 
 TEST(DriverReset, CountsADeviceThatDoesNotComeBackAsFailing) {
-  const auto run = simulator::Use(MachineWith({.setup_class = "Net", .after_removal = {.returns = false}}));
+  const auto run =
+      simulator::Use(MachineToRepair({.setup_class = "Net", .after_removal = {.returns = false}}));
   EXPECT_EQ(CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_WIRELESS), kNotDone);
   EXPECT_EQ(run.Calls("Sleep"), 10);
 }
 
 TEST(DriverReset, PassesTheErrorOfTheUninstallationOnAndDoesNothingElse) {
-  const auto run = simulator::Use(MachineWith({.setup_class = "Display", .removal_error = 5}));
+  const auto run = simulator::Use(MachineToRepair({.setup_class = "Display", .removal_error = 5}));
   EXPECT_EQ(CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_DISPLAY), 5U);
   EXPECT_EQ(run.Calls(), 1);
 }
@@ -160,7 +161,7 @@ TEST(DriverReset, IsNotDoneForAKindThatIsNotSupported) {
 }
 
 TEST(DriverReset, GoesOnWhenARescanFails) {
-  auto run = simulator::Use(MachineWith(
+  auto run = simulator::Use(MachineToRepair(
       {.setup_class = "Net", .problem_code = 10, .after_removal = {.returns_after = 1, .heals_after = 1}}));
   run.Inject(Fault::kFail, 1);  // the first look for the root of the tree
   EXPECT_EQ(CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_WIRELESS), 0U);
@@ -168,7 +169,7 @@ TEST(DriverReset, GoesOnWhenARescanFails) {
 }
 
 TEST(DriverReset, TellsEachStepAtDebugLevel) {
-  const auto run = simulator::Use(MachineWith(
+  const auto run = simulator::Use(MachineToRepair(
       {.setup_class = "Net", .problem_code = 10, .after_removal = {.returns_after = 1, .heals_after = 2}}));
   const CapturedLog log;
   CDeviceDriver().ResetDeviceDriver(kId, emDEVICE_WIRELESS);
@@ -181,7 +182,7 @@ TEST(DriverReset, TellsEachStepAtDebugLevel) {
 }
 
 TEST(Rescan, AsksForTheRootOfTheTreeAndHasItEnumeratedAsynchronously) {
-  const auto run = simulator::Use(MachineWith({.setup_class = "Net"}));
+  const auto run = simulator::Use(MachineToRepair({.setup_class = "Net"}));
   const CapturedLog log;
   CDeviceDriver().ScanForHardwareChange();
   EXPECT_THAT(run.Trace(), ElementsAre("CM_Locate_DevNodeW(null, 0)", "CM_Reenumerate_DevNode(1, 4)"));
@@ -189,7 +190,7 @@ TEST(Rescan, AsksForTheRootOfTheTreeAndHasItEnumeratedAsynchronously) {
 }
 
 TEST(Rescan, LogsThatTheRootWasNotFoundAndStops) {
-  auto run = simulator::Use(MachineWith({.setup_class = "Net"}));
+  auto run = simulator::Use(MachineToRepair({.setup_class = "Net"}));
   run.Inject(Fault::kFail, 0);
   const CapturedLog log;
   CDeviceDriver().ScanForHardwareChange();
@@ -204,7 +205,7 @@ TEST(Rescan, LogsThatTheRootWasNotFoundAndStops) {
 }
 
 TEST(Rescan, LogsThatTheEnumerationFailed) {
-  auto run = simulator::Use(MachineWith({.setup_class = "Net"}));
+  auto run = simulator::Use(MachineToRepair({.setup_class = "Net"}));
   run.Inject(Fault::kFail, 1);
   const CapturedLog log;
   CDeviceDriver().ScanForHardwareChange();
@@ -216,7 +217,7 @@ TEST(Rescan, LogsThatTheEnumerationFailed) {
 }
 
 TEST(UnknownHardware, IsListedAsTheSystemListsIt) {
-  auto machine = MachineWith({.setup_class = "Unknown", .problem_code = 28, .unknown = true});
+  auto machine = MachineToRepair({.setup_class = "Unknown", .problem_code = 28, .unknown = true});
   machine.devices->push_back({.setup_class = "Net", .hardware_ids = {"PCI\\KNOWN"}, .problem_code = 10});
   machine.devices->push_back({.setup_class = "Unknown", .hardware_ids = {"ACPI\\B", "*B"}, .unknown = true});
   auto run = simulator::Use(machine);

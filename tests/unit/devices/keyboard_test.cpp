@@ -7,6 +7,7 @@
 #include "simulator/guid_text.h"
 #include "simulator/run.h"
 #include "tests/support/logging/captured_log.h"
+#include "tests/support/simulator/machines.h"
 
 namespace {
 
@@ -14,6 +15,7 @@ using simulator::Fault;
 using testing::ElementsAre;
 using testing::EndsWith;
 using velmora::testing::CapturedLog;
+using velmora::testing::MachineWithDevices;
 using velmora::testing::NoLogger;
 
 constexpr const char* kExternal = "HID\\VID_046D&PID_C31C&REV_6402&MI_00";
@@ -26,14 +28,8 @@ simulator::Device Keyboard(const char* hardware_id, const char* display_name) {
           .display_name = display_name};
 }
 
-simulator::Machine MachineWith(std::vector<simulator::Device> keyboards) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(keyboards);
-  return machine;
-}
-
 std::wstring NameOn(std::vector<simulator::Device> keyboards) {
-  const auto run = simulator::Use(MachineWith(std::move(keyboards)));
+  const auto run = simulator::Use(MachineWithDevices(std::move(keyboards)));
   return CKeyBoard().GetKeyBoardName();
 }
 
@@ -69,7 +65,7 @@ TEST(KeyBoard, IsBuiltInByAnIdThatHoldsAcpiAnywhereInAnyLetterCase) {
 }
 
 TEST(KeyBoard, AsksForTheDisplayNameOfEachBuiltInOneThenOfTheFirstOfAll) {
-  const auto run = simulator::Use(MachineWith(
+  const auto run = simulator::Use(MachineWithDevices(
       {Keyboard("HID\\A", ""), Keyboard("ACPI\\B", ""), Keyboard("HID\\C", ""), Keyboard("ACPI\\D", "")}));
   CKeyBoard().GetKeyBoardName();
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Keyboard)",
@@ -79,14 +75,14 @@ TEST(KeyBoard, AsksForTheDisplayNameOfEachBuiltInOneThenOfTheFirstOfAll) {
 }
 
 TEST(KeyBoard, AsksNoFurtherThanTheFirstName) {
-  const auto run = simulator::Use(MachineWith({Keyboard("ACPI\\B", "B"), Keyboard("ACPI\\D", "D")}));
+  const auto run = simulator::Use(MachineWithDevices({Keyboard("ACPI\\B", "B"), Keyboard("ACPI\\D", "D")}));
   CKeyBoard().GetKeyBoardName();
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Keyboard)",
                                        "GetDeviceStrInfoByHardwareID(ACPI\\B, Keyboard, 7)"));
 }
 
 TEST(KeyBoard, IsLoggedByItsName) {
-  const auto run = simulator::Use(MachineWith({Keyboard(kBuiltIn, "Tastatur f\xC3\xBCr alle")}));
+  const auto run = simulator::Use(MachineWithDevices({Keyboard(kBuiltIn, "Tastatur f\xC3\xBCr alle")}));
   CapturedLog log;
   CKeyBoard().GetKeyBoardName();
   ASSERT_THAT(log.Texts(),
@@ -100,7 +96,7 @@ TEST(KeyBoard, IsLoggedByItsName) {
 }
 
 TEST(KeyBoard, IsEmptyAndLoggedSoWhereThereIsNone) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithDevices({}));
   const CapturedLog log;
   EXPECT_EQ(CKeyBoard().GetKeyBoardName(), L"");
   EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Keyboard)"));
@@ -110,7 +106,7 @@ TEST(KeyBoard, IsEmptyAndLoggedSoWhereThereIsNone) {
 TEST(KeyBoard, IsEmptyWhenAskingThrows) {
   const NoLogger none;
   for (const int call : {0, 1}) {
-    auto run = simulator::Use(MachineWith({Keyboard(kBuiltIn, "Built in")}));
+    auto run = simulator::Use(MachineWithDevices({Keyboard(kBuiltIn, "Built in")}));
     run.Inject(Fault::kThrow, call);
     EXPECT_EQ(CKeyBoard().GetKeyBoardName(), L"");
   }

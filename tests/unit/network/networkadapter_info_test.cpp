@@ -19,7 +19,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-simulator::Adapter& Adapter(simulator::Machine& machine) { return machine.adapters->list[0]; }
+simulator::Adapter& FirstAdapter(simulator::Machine& machine) { return machine.adapters->list[0]; }
 
 static_assert(std::is_standard_layout_v<stIP_INFO> && sizeof(stIP_INFO::dhcpEnabled) == 4);
 static_assert(offsetof(stIP_INFO, dhcpEnabled) == 0 && offsetof(stIP_INFO, leaseExpired) == 4 &&
@@ -72,7 +72,7 @@ TEST(IpInfo, NeverWritesItsFirewallFields) {
 
 TEST(IpInfo, IsNotTouchedWithoutAWirelessAdapter) {
   auto machine = LaptopOnWifi();
-  Adapter(machine).description = "Something else";
+  FirstAdapter(machine).description = "Something else";
   const auto [result, info] = InfoOf(machine);
   EXPECT_EQ(result, 0);
   EXPECT_EQ(info.dhcpEnabled, 77);
@@ -85,14 +85,14 @@ TEST(IpInfo, IsNotTouchedWithoutAWirelessAdapter) {
 
 TEST(IpInfo, SaysThatTheAddressWasSetByHand) {
   auto machine = LaptopOnWifi();
-  Adapter(machine).dhcp_enabled = false;
+  FirstAdapter(machine).dhcp_enabled = false;
   EXPECT_EQ(InfoOf(machine).info.dhcpEnabled, 0);
 }
 
 TEST(IpInfo, SaysThatTheLeaseHasEndedAtItsVeryEnd) {
   auto machine = LaptopOnWifi();  // at second 1000
   const auto is_expired = [&](std::int64_t end) {
-    Adapter(machine).lease_expires = end;
+    FirstAdapter(machine).lease_expires = end;
     return InfoOf(machine).info.leaseExpired;
   };
   EXPECT_TRUE(is_expired(999));

@@ -40,7 +40,7 @@ Machine Laptop() {
 }
 
 /// A text in both its forms, and what it takes to give it.
-struct TextGetter {
+struct CardTextGetter {
   const char* name;
   std::wstring (CNetworkCard::*by_kind)(NETWORK_CARD_TYPE);
   std::wstring (CNetworkCard::*by_id)(const std::wstring&);
@@ -49,7 +49,7 @@ struct TextGetter {
   std::wstring value;
 };
 
-const std::vector<TextGetter> kTextGetters{
+const std::vector<CardTextGetter> kCardTexts{
     {"GetManufactrue", &CNetworkCard::GetManufactrue, &CNetworkCard::GetManufactrueByHardId, 1,
      "manufacture = ", L"Intel Corporation"},
     {"GetDriverVersion", &CNetworkCard::GetDriverVersion, &CNetworkCard::GetDriverVersionByHardId, 2,
@@ -83,7 +83,7 @@ std::string AskedByHardwareId(const std::string& id, int property) {
 }
 
 TEST(NetworkCardTexts, AreAskedByHardwareIdWithOneCall) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     const auto run = simulator::Use(Laptop());
     EXPECT_EQ((CNetworkCard().*getter.by_id)(kId), getter.value) << getter.name;
     EXPECT_THAT(run.Trace(), ElementsAre(AskedByHardwareId(kNarrowId, getter.property)));
@@ -91,7 +91,7 @@ TEST(NetworkCardTexts, AreAskedByHardwareIdWithOneCall) {
 }
 
 TEST(NetworkCardTexts, AreAskedByKindForTheFirstCardOfTheKind) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     const auto run = simulator::Use(Laptop());
     EXPECT_EQ((CNetworkCard().*getter.by_kind)(NETWORK_CARD_WIRELESS), getter.value) << getter.name;
     EXPECT_THAT(run.Trace(), ElementsAre("GetDeviceHardwareID(Net)",                       //
@@ -106,7 +106,7 @@ TEST(NetworkCardTexts, AreAskedByKindForTheFirstCardOfTheKind) {
 }
 
 TEST(NetworkCardTexts, AreAskedWithTheEmptyIdForAKindWithoutACard) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     const auto run = simulator::Use(Laptop());
     EXPECT_EQ((CNetworkCard().*getter.by_kind)(NETWORK_CARD_MOBILE), L"") << getter.name;
     EXPECT_EQ(run.Trace().back(), AskedByHardwareId("", getter.property));
@@ -114,7 +114,7 @@ TEST(NetworkCardTexts, AreAskedWithTheEmptyIdForAKindWithoutACard) {
 }
 
 TEST(NetworkCardTexts, AreAskedWithTheEmptyIdForANumberThatIsNoKind) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     const auto run = simulator::Use(Laptop());
     EXPECT_EQ((CNetworkCard().*getter.by_kind)(NETWORK_CARD_TYPE{3}), L"") << getter.name;
     EXPECT_THAT(run.Trace(), ElementsAre(AskedByHardwareId("", getter.property)));
@@ -123,11 +123,11 @@ TEST(NetworkCardTexts, AreAskedWithTheEmptyIdForANumberThatIsNoKind) {
 
 TEST(NetworkCardTexts, AreEmptyForAHardwareIdThatNoCardHas) {
   const auto run = simulator::Use(Laptop());
-  for (const auto& getter : kTextGetters) EXPECT_EQ((CNetworkCard().*getter.by_id)(L"PCI\\VEN_FFFF"), L"");
+  for (const auto& getter : kCardTexts) EXPECT_EQ((CNetworkCard().*getter.by_id)(L"PCI\\VEN_FFFF"), L"");
 }
 
 TEST(NetworkCardTexts, AreEmptyWhenTheServiceThrows) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     auto run = simulator::Use(Laptop());
     run.Inject(Fault::kThrow, 0, true);
     EXPECT_EQ((CNetworkCard().*getter.by_id)(kId), L"") << getter.name;
@@ -224,7 +224,7 @@ std::string Line(const std::string& label, const std::string& value, const std::
 std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}; }
 
 TEST(NetworkCardLog, HasTheTextUnderItsLabelAndTheOperationThatWasAsked) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     const auto run = simulator::Use(Laptop());
     const CapturedLog log;
     (CNetworkCard().*getter.by_id)(kId);
@@ -234,7 +234,7 @@ TEST(NetworkCardLog, HasTheTextUnderItsLabelAndTheOperationThatWasAsked) {
 }
 
 TEST(NetworkCardLog, HasOneLineOfAQuestionByKind) {
-  for (const auto& getter : kTextGetters) {
+  for (const auto& getter : kCardTexts) {
     if (std::string(getter.name) == "GetManufactrue") continue;
     const auto run = simulator::Use(Laptop());
     const CapturedLog log;

@@ -10,33 +10,33 @@
 namespace ostrine {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Record = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t kSystemBattery = 0x80000000;
 constexpr std::uint32_t kRelative = 0x40000000;
 constexpr std::uint32_t kShortTerm = 0x20000000;
 constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
 
-void Append(Bytes& bytes, std::uint32_t number) {
+void Append(Record& bytes, std::uint32_t number) {
   for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
 }
 
 /// Capabilities, technology and reserved bytes, chemistry, design, full, two alerts, bias, cycles.
-Bytes Information(std::uint32_t capabilities, std::uint32_t design, std::uint32_t full) {
-  Bytes bytes;
+Record Information(std::uint32_t capabilities, std::uint32_t design, std::uint32_t full) {
+  Record bytes;
   for (const std::uint32_t number : {capabilities, 1u, 0x6E6F694Cu, design, full, 2500u, 500u, 0u, 137u}) {
     Append(bytes, number);
   }
   return bytes;
 }
 
-Bytes Status(std::uint32_t state, std::uint32_t remaining, std::uint32_t voltage, std::uint32_t rate) {
-  Bytes bytes;
+Record Status(std::uint32_t state, std::uint32_t remaining, std::uint32_t voltage, std::uint32_t rate) {
+  Record bytes;
   for (const std::uint32_t number : {state, remaining, voltage, rate}) Append(bytes, number);
   return bytes;
 }
 
-const Bytes kInformation = Information(kSystemBattery, 50000, 43830);
+const Record kInformation = Information(kSystemBattery, 50000, 43830);
 constexpr auto kMinus8892 = static_cast<std::uint32_t>(-8892);
 
 std::optional<std::int32_t> RateOf(std::uint32_t state, std::uint32_t rate) {
@@ -51,7 +51,7 @@ TEST(BatteryRecord, GivesTheNumbersOfTheBattery) {
 }
 
 TEST(BatteryRecord, IsOfAtLeastThirtySixBytes) {
-  Bytes bytes = kInformation;
+  Record bytes = kInformation;
   EXPECT_EQ(bytes.size(), kBatteryInformationSize);
   bytes.push_back(0xEE);
   EXPECT_TRUE(BatteryOfRecords(bytes, {}));
@@ -108,8 +108,8 @@ TEST(BatteryRecord, MakesNoNumberOfTheMarkers) {
 TEST(BatteryRecordProperty, AnyBytesGiveNumbersThatTheyHoldOrNone) {
   std::mt19937 random(3);
   for (int i = 0; i < 20'000; ++i) {
-    Bytes information(random() % 40);
-    Bytes status(random() % 20);
+    Record information(random() % 40);
+    Record status(random() % 20);
     for (auto& byte : information) byte = static_cast<std::uint8_t>(random());
     for (auto& byte : status) byte = static_cast<std::uint8_t>(random());
     const auto battery = BatteryOfRecords(information, status);

@@ -10,11 +10,11 @@
 namespace ostrine {
 namespace {
 
-constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
+constexpr std::uint32_t kUnknownAmount = 0xFFFFFFFF;
 constexpr std::uint32_t kUnknownRate = 0x80000000;
 
-using Number = std::optional<std::uint32_t>;
-using Batteries = std::vector<Battery>;
+using Amount = std::optional<std::uint32_t>;
+using BatteryList = std::vector<Battery>;
 
 Battery GoodBattery() {
   return {.manufacturer = "SANYO",
@@ -28,15 +28,15 @@ Battery GoodBattery() {
 
 Battery EmptyBay() { return {.remaining = 0, .full = 0, .design = 0, .voltage = 0, .rate = 0}; }
 
-Number Of(const Batteries& batteries, BatteryNumber number) { return CombinedNumber(batteries, number); }
+Amount Of(const BatteryList& batteries, BatteryNumber number) { return CombinedNumber(batteries, number); }
 
-Number Present(const Batteries& batteries) { return Of(batteries, BatteryNumber::kPresent); }
-Number Remaining(const Batteries& batteries) { return Of(batteries, BatteryNumber::kRemaining); }
-Number Full(const Batteries& batteries) { return Of(batteries, BatteryNumber::kFull); }
-Number Loss(const Batteries& batteries) { return Of(batteries, BatteryNumber::kLoss); }
-Number Voltage(const Batteries& batteries) { return Of(batteries, BatteryNumber::kVoltage); }
-Number Discharge(const Batteries& batteries) { return Of(batteries, BatteryNumber::kDischargeRate); }
-Number Charge(const Batteries& batteries) { return Of(batteries, BatteryNumber::kChargeRate); }
+Amount Present(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kPresent); }
+Amount Remaining(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kRemaining); }
+Amount Full(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kFull); }
+Amount Loss(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kLoss); }
+Amount Voltage(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kVoltage); }
+Amount Discharge(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kDischargeRate); }
+Amount Charge(const BatteryList& batteries) { return Of(batteries, BatteryNumber::kChargeRate); }
 
 /// A battery whose design and full capacity are these.
 Battery Worn(std::uint32_t design, std::uint32_t full) { return {.full = full, .design = design}; }
@@ -48,7 +48,7 @@ Battery WithRate(std::optional<std::int32_t> rate) {
 }
 
 TEST(BatteryRules, GiveTheNumbersOfTheOnlyBattery) {
-  const Batteries one{GoodBattery()};
+  const BatteryList one{GoodBattery()};
   EXPECT_EQ(Present(one), 1u);
   EXPECT_EQ(Remaining(one), 30120u);
   EXPECT_EQ(Full(one), 43830u);
@@ -60,7 +60,8 @@ TEST(BatteryRules, GiveTheNumbersOfTheOnlyBattery) {
 }
 
 TEST(BatteryRules, GiveNothingWithoutABattery) {
-  for (const Batteries& none : {Batteries{}, Batteries{EmptyBay()}, Batteries{Battery{}, EmptyBay()}}) {
+  for (const BatteryList& none :
+       {BatteryList{}, BatteryList{EmptyBay()}, BatteryList{Battery{}, EmptyBay()}}) {
     for (unsigned int number = 0; number <= 12; ++number) {
       EXPECT_EQ(CombinedNumber(none, static_cast<BatteryNumber>(number)), std::nullopt) << number;
     }
@@ -83,7 +84,7 @@ TEST(BatteryRules, AddEnergiesUp) {
 }
 
 TEST(BatteryRules, AreNotFooledByAPhantomBattery) {
-  auto unknown = Battery{.full = kUnknown, .design = kUnknown, .voltage = kUnknown};
+  auto unknown = Battery{.full = kUnknownAmount, .design = kUnknownAmount, .voltage = kUnknownAmount};
   for (const Battery& phantom : {EmptyBay(), Battery{}, unknown}) {
     EXPECT_TRUE(IsPhantom(phantom));
     EXPECT_EQ(Remaining({phantom, GoodBattery()}), 30120u);
@@ -101,7 +102,7 @@ TEST(BatteryRules, CountABatteryThatTellsAnythingAtAllOfItself) {
 }
 
 TEST(BatteryRules, NeverTakeAMarkerForANumber) {
-  for (const std::uint32_t marker : {kUnknown, kUnknownRate, 0xFFFFFFFEu, 0x80000001u}) {
+  for (const std::uint32_t marker : {kUnknownAmount, kUnknownRate, 0xFFFFFFFEu, 0x80000001u}) {
     auto battery = GoodBattery();
     battery.remaining = marker;
     EXPECT_EQ(Remaining({battery}), std::nullopt);
@@ -129,7 +130,7 @@ TEST(BatteryRules, KnowNoSumOfWhichOneBatteryDoesNotKnowItsPart) {
 }
 
 TEST(BatteryRules, KnowNoSumThatLooksLikeAMarker) {
-  const Batteries two{Worn(0x40000000, 0x40000000), Worn(0x40000000, 0x40000000)};
+  const BatteryList two{Worn(0x40000000, 0x40000000), Worn(0x40000000, 0x40000000)};
   EXPECT_EQ(Full(two), std::nullopt);
   EXPECT_EQ(Full({two[0]}), 0x40000000u);
 }
@@ -178,7 +179,7 @@ TEST(BatteryRules, TakeEachTextFromTheFirstBatteryThatHasIt) {
   auto nameless = GoodBattery();
   nameless.name.clear();
   nameless.manufacturer = "ACME";
-  const Batteries batteries{Battery{.manufacturer = "phantom", .name = "phantom"}, nameless, GoodBattery()};
+  const BatteryList batteries{Battery{.manufacturer = "phantom", .name = "phantom"}, nameless, GoodBattery()};
   EXPECT_EQ(CombinedManufacturer(batteries), "ACME");
   EXPECT_EQ(CombinedName(batteries), "7FR5J");
 }
@@ -206,20 +207,20 @@ TEST(BatteryRate, IsUnknownWhenItIsAMarkerOrBeyond) {
 
 TEST(BatteryRulesProperty, NothingEverComesOutThatAMarkerCouldBe) {
   std::mt19937 random(7);
-  const auto number = [&]() -> Number {
+  const auto number = [&]() -> Amount {
     switch (random() % 4) {
       case 0:
         return std::nullopt;
       case 1:
         return static_cast<std::uint32_t>(random());
       case 2:
-        return random() % 2 == 0 ? kUnknown : kUnknownRate;
+        return random() % 2 == 0 ? kUnknownAmount : kUnknownRate;
       default:
         return static_cast<std::uint32_t>(random() % 100'000);
     }
   };
   for (int i = 0; i < 20'000; ++i) {
-    Batteries batteries(random() % 4);
+    BatteryList batteries(random() % 4);
     for (Battery& battery : batteries) {
       battery = {.remaining = number(), .full = number(), .design = number(), .voltage = number()};
       if (const auto rate = number()) battery.rate = static_cast<std::int32_t>(*rate);

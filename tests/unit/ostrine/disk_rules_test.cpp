@@ -10,7 +10,7 @@
 namespace ostrine {
 namespace {
 
-constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kMostBytes = std::numeric_limits<std::uint64_t>::max();
 
 TEST(DiskMedia, IsFixedUnlessSomethingSaysOtherwise) {
   struct {
@@ -52,8 +52,8 @@ TEST(DiskCaptionText, HasTheVendorOnceAndOnlyWhereItIsOne) {
 TEST(DiskCapacity, CountsSectorsOf512BytesUpToWhat64BitsHold) {
   EXPECT_EQ(BytesOfSectors(1'000'215'216), 512'110'190'592u);
   EXPECT_EQ(BytesOfSectors(0), 0u);
-  EXPECT_EQ(BytesOfSectors(kMost / 512), kMost / 512 * 512);
-  EXPECT_EQ(BytesOfSectors(kMost / 512 + 1), std::nullopt);
+  EXPECT_EQ(BytesOfSectors(kMostBytes / 512), kMostBytes / 512 * 512);
+  EXPECT_EQ(BytesOfSectors(kMostBytes / 512 + 1), std::nullopt);
 }
 
 TEST(DiskCapacity, IsRoundedDownToDecimalMegabytes) {
@@ -72,8 +72,8 @@ TEST(DiskShare, IsAllForAnOnlyDiskAndNothingWithoutSizes) {
 TEST(DiskShare, GoesBySizeWithoutOverflow) {
   EXPECT_EQ(ShareOf(900, 100, 1100), 81u);
   EXPECT_EQ(ShareOf(900, 1000, 1100), 818u);
-  EXPECT_EQ(ShareOf(kMost, kMost / 2, kMost), kMost / 2);
-  EXPECT_EQ(ShareOf(kMost, kMost - 1, kMost), kMost - 1);
+  EXPECT_EQ(ShareOf(kMostBytes, kMostBytes / 2, kMostBytes), kMostBytes / 2);
+  EXPECT_EQ(ShareOf(kMostBytes, kMostBytes - 1, kMostBytes), kMostBytes - 1);
 }
 
 TEST(DiskShare, OfAnyNumbersIsTheRoundedDownQuotient) {

@@ -17,27 +17,27 @@ namespace {
 
 using velmora::hal::DeviceRecord;
 
-constexpr unsigned int kClass = 7;
+constexpr unsigned int kDiskClass = 7;
 constexpr unsigned int kTextIds[] = {0, 1, 2, 9};
 constexpr unsigned int kLongIds[] = {3, 4, 5, 6};
 
 std::uint32_t Count() {
   std::uint32_t count = 0;
   unsigned int returned = 0;
-  EXPECT_NE(HalQueryInformation(kClass, nullptr, 7, &count, sizeof count, &returned), 0);
+  EXPECT_NE(HalQueryInformation(kDiskClass, nullptr, 7, &count, sizeof count, &returned), 0);
   EXPECT_EQ(returned, sizeof count);
   return count;
 }
 
 std::uint64_t Long(DeviceRecord& record, unsigned int id) {
   std::uint64_t number = 0;
-  HalQueryInformation(kClass, &record, id, &number, sizeof number, nullptr);
+  HalQueryInformation(kDiskClass, &record, id, &number, sizeof number, nullptr);
   return number;
 }
 
 TEST(DiskClass, GivesATableWithARecordForEachDisk) {
   void* table = nullptr;
-  ASSERT_NE(HalInit(kClass, &table), 0);
+  ASSERT_NE(HalInit(kDiskClass, &table), 0);
   ASSERT_NE(table, nullptr);
   std::uint32_t count = 0;
   std::memcpy(&count, static_cast<char*>(table) + 4, sizeof count);
@@ -53,11 +53,11 @@ TEST(DiskClass, GivesATableWithARecordForEachDisk) {
 }
 
 TEST(DiskClass, IsPreparedAsOftenAsAskedAndWithoutATableToo) {
-  EXPECT_NE(HalInit(kClass, nullptr), 0);
+  EXPECT_NE(HalInit(kDiskClass, nullptr), 0);
   void* first = nullptr;
   void* second = nullptr;
-  EXPECT_NE(HalInit(kClass, &first), 0);
-  EXPECT_NE(HalInit(kClass, &second), 0);
+  EXPECT_NE(HalInit(kDiskClass, &first), 0);
+  EXPECT_NE(HalInit(kDiskClass, &second), 0);
   EXPECT_NE(first, second);
   std::free(first);
   std::free(second);
@@ -67,38 +67,38 @@ TEST(DiskClass, OpensEachDiskAndNoneBeyond) {
   const std::uint32_t count = Count();
   for (std::uint32_t i = 0; i < count; ++i) {
     DeviceRecord record{.number = i};
-    ASSERT_NE(HalOpenDevice(kClass, &record), 0) << i;
+    ASSERT_NE(HalOpenDevice(kDiskClass, &record), 0) << i;
     EXPECT_NE(record.handle, 0u);
     EXPECT_EQ(record.number, i);
-    EXPECT_NE(HalCloseDevice(kClass, &record), 0);
+    EXPECT_NE(HalCloseDevice(kDiskClass, &record), 0);
     EXPECT_EQ(record.handle, 0u);
   }
   for (const std::uint32_t number : {count, count + 1, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
     DeviceRecord record{.number = number};
-    EXPECT_EQ(HalOpenDevice(kClass, &record), 0) << number;
+    EXPECT_EQ(HalOpenDevice(kDiskClass, &record), 0) << number;
     EXPECT_EQ(record.handle, 0u);
   }
 }
 
 TEST(DiskClass, NeitherOpensARecordThatIsOpenNorClosesOneThatIsNot) {
   DeviceRecord closed{.number = 0};
-  EXPECT_EQ(HalCloseDevice(kClass, &closed), 0);
-  EXPECT_EQ(HalOpenDevice(kClass, nullptr), 0);
+  EXPECT_EQ(HalCloseDevice(kDiskClass, &closed), 0);
+  EXPECT_EQ(HalOpenDevice(kDiskClass, nullptr), 0);
   if (Count() == 0) GTEST_SKIP() << "this machine has no disk";
   DeviceRecord record{.number = 0};
-  ASSERT_NE(HalOpenDevice(kClass, &record), 0);
-  EXPECT_EQ(HalOpenDevice(kClass, &record), 0);
-  EXPECT_NE(HalCloseDevice(kClass, &record), 0);
-  EXPECT_EQ(HalCloseDevice(kClass, &record), 0);
+  ASSERT_NE(HalOpenDevice(kDiskClass, &record), 0);
+  EXPECT_EQ(HalOpenDevice(kDiskClass, &record), 0);
+  EXPECT_NE(HalCloseDevice(kDiskClass, &record), 0);
+  EXPECT_EQ(HalCloseDevice(kDiskClass, &record), 0);
 }
 
 TEST(DiskClass, AnswersNothingForARecordThatIsNotOpen) {
   std::array<char, 520> buffer{};
   DeviceRecord record{.number = 0};
   for (unsigned int id = 0; id < 16; ++id) {
-    EXPECT_EQ(HalQueryInformation(kClass, &record, id, buffer.data(), buffer.size(), nullptr), 0) << id;
+    EXPECT_EQ(HalQueryInformation(kDiskClass, &record, id, buffer.data(), buffer.size(), nullptr), 0) << id;
     if (id == 7) continue;
-    EXPECT_EQ(HalQueryInformation(kClass, nullptr, id, buffer.data(), buffer.size(), nullptr), 0) << id;
+    EXPECT_EQ(HalQueryInformation(kDiskClass, nullptr, id, buffer.data(), buffer.size(), nullptr), 0) << id;
   }
 }
 
@@ -107,12 +107,12 @@ TEST(DiskClass, AnswersEveryFactOfEveryDiskInItsForm) {
   for (std::uint32_t i = 0; i < count; ++i) {
     SCOPED_TRACE(i);
     DeviceRecord record{.number = i};
-    ASSERT_NE(HalOpenDevice(kClass, &record), 0);
+    ASSERT_NE(HalOpenDevice(kDiskClass, &record), 0);
     for (const unsigned int id : kTextIds) {
       std::array<char, 520> text{};
       unsigned int returned = 0;
       const auto expected = ReadDiskText(record.handle, static_cast<DiskFact>(id));
-      EXPECT_EQ(HalQueryInformation(kClass, &record, id, text.data(), text.size(), &returned) != 0,
+      EXPECT_EQ(HalQueryInformation(kDiskClass, &record, id, text.data(), text.size(), &returned) != 0,
                 expected.has_value());
       std::string narrow;
       for (std::size_t at = 0; text[at] != 0; at += 2) narrow.push_back(text[at]);
@@ -123,26 +123,26 @@ TEST(DiskClass, AnswersEveryFactOfEveryDiskInItsForm) {
     EXPECT_EQ(Long(record, 6), Long(record, 3) / 1'000'000);
     for (const unsigned int id : kLongIds) {
       std::uint32_t narrow = 0;
-      EXPECT_EQ(HalQueryInformation(kClass, &record, id, &narrow, sizeof narrow, nullptr), 0) << id;
+      EXPECT_EQ(HalQueryInformation(kDiskClass, &record, id, &narrow, sizeof narrow, nullptr), 0) << id;
     }
     std::uint32_t flag = 0xFFFFFFFF;
-    if (HalQueryInformation(kClass, &record, 10, &flag, sizeof flag, nullptr) != 0) {
+    if (HalQueryInformation(kDiskClass, &record, 10, &flag, sizeof flag, nullptr) != 0) {
       EXPECT_LE(flag, 1u);
     }
     for (const unsigned int id : {7u, 8u, 11u, 0xFFFFFFFFu}) {
-      EXPECT_EQ(HalQueryInformation(kClass, &record, id, &flag, sizeof flag, nullptr), 0) << id;
+      EXPECT_EQ(HalQueryInformation(kDiskClass, &record, id, &flag, sizeof flag, nullptr), 0) << id;
     }
-    EXPECT_NE(HalCloseDevice(kClass, &record), 0);
+    EXPECT_NE(HalCloseDevice(kDiskClass, &record), 0);
   }
 }
 
 TEST(DiskClass, TakesARecordAtAnyAddress) {
   if (Count() == 0) GTEST_SKIP() << "this machine has no disk";
   std::array<char, 24> bytes{};
-  EXPECT_NE(HalOpenDevice(kClass, bytes.data() + 3), 0);
+  EXPECT_NE(HalOpenDevice(kDiskClass, bytes.data() + 3), 0);
   std::uint64_t total = 0;
-  EXPECT_NE(HalQueryInformation(kClass, bytes.data() + 3, 3, &total, sizeof total, nullptr), 0);
-  EXPECT_NE(HalCloseDevice(kClass, bytes.data() + 3), 0);
+  EXPECT_NE(HalQueryInformation(kDiskClass, bytes.data() + 3, 3, &total, sizeof total, nullptr), 0);
+  EXPECT_NE(HalCloseDevice(kDiskClass, bytes.data() + 3), 0);
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 namespace ostrine {
 namespace {
 
-constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kLeastReading = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kGreatestReading = std::numeric_limits<std::int64_t>::max();
 
 TEST(FirmwareCommand, NamesItsFunctionInTheLowBitsAndItsSelectorAboveThem) {
   const auto command = SplitCommand(0x210902);
@@ -36,7 +36,7 @@ TEST(ElectricChannel, IsToldByTheNibblesOfItsSelector) {
 
 TEST(ElectricChannel, IsNoneForASelectorOutsideTheFourQuantities) {
   EXPECT_FALSE(SplitChannel(0x40));
-  EXPECT_FALSE(SplitChannel(kMost));
+  EXPECT_FALSE(SplitChannel(kGreatestReading));
 }
 
 TEST(FanReply, HasTheSpeedLowByteFirst) {
@@ -46,7 +46,7 @@ TEST(FanReply, HasTheSpeedLowByteFirst) {
 
 TEST(FanReply, IsNoneForASpeedThatNoFanHas) {
   for (const std::int64_t speed :
-       {std::int64_t{-1}, std::int64_t{30001}, std::int64_t{0xFFFF}, kLeast, kMost}) {
+       {std::int64_t{-1}, std::int64_t{30001}, std::int64_t{0xFFFF}, kLeastReading, kGreatestReading}) {
     EXPECT_FALSE(FanReply(speed)) << speed;
   }
   EXPECT_TRUE(FanReply(30000));
@@ -66,9 +66,9 @@ TEST(TemperatureReply, IsRoundedToWholeDegrees) {
 }
 
 TEST(TemperatureReply, IsNoneForWhatARunningMachineCannotHave) {
-  for (const std::int64_t reading :
-       {std::int64_t{-273'150}, std::int64_t{-128'000}, std::int64_t{-55'001}, std::int64_t{125'001},
-        std::int64_t{127'000}, std::int64_t{128'000}, std::int64_t{255'000}, kLeast, kMost}) {
+  for (const std::int64_t reading : {std::int64_t{-273'150}, std::int64_t{-128'000}, std::int64_t{-55'001},
+                                     std::int64_t{125'001}, std::int64_t{127'000}, std::int64_t{128'000},
+                                     std::int64_t{255'000}, kLeastReading, kGreatestReading}) {
     EXPECT_FALSE(TemperatureReply(reading)) << reading;
   }
 }
@@ -80,7 +80,8 @@ TEST(ElectricReply, HasASignAndAMagnitudeHighByteFirst) {
 
 TEST(ElectricReply, IsNoneForAMagnitudeThatDoesNotFit) {
   EXPECT_EQ(ElectricReply(0xFFFF), (FirmwareReply{0, 0, 0xFF, 0xFF}));
-  for (const std::int64_t reading : {std::int64_t{0x10000}, std::int64_t{-0x10000}, kLeast, kMost}) {
+  for (const std::int64_t reading :
+       {std::int64_t{0x10000}, std::int64_t{-0x10000}, kLeastReading, kGreatestReading}) {
     EXPECT_FALSE(ElectricReply(reading)) << reading;
   }
 }

@@ -14,10 +14,10 @@
 namespace ostrine {
 namespace {
 
-using Random = std::mt19937;
-constexpr int kRounds = 5000;
+using RandomSource = std::mt19937;
+constexpr int kModaliasRounds = 5000;
 
-unsigned Bits(Random& random, unsigned count) {
+unsigned Bits(RandomSource& random, unsigned count) {
   return static_cast<unsigned>(random() & ((1ull << count) - 1));
 }
 
@@ -32,13 +32,13 @@ unsigned Bits(Random& random, unsigned count) {
 
 std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
 
-std::string RandomUsb(Random& random, unsigned vendor, unsigned product) {
+std::string RandomUsb(RandomSource& random, unsigned vendor, unsigned product) {
   return Print("usb:v%04Xp%04Xd%04Xdc%02Xdsc%02Xdp%02Xic%02Xisc%02Xip%02Xin%02X", vendor, product,
                Bits(random, 16), Bits(random, 8), Bits(random, 8), Bits(random, 8), Bits(random, 8),
                Bits(random, 8), Bits(random, 8), Bits(random, 8));
 }
 
-std::string RandomModalias(Random& random) {
+std::string RandomModalias(RandomSource& random) {
   switch (Bits(random, 3)) {
     case 0:
       return RandomUsb(random, Bits(random, 16), Bits(random, 16));
@@ -60,7 +60,7 @@ std::string RandomModalias(Random& random) {
   }
 }
 
-DeviceFacts RandomFacts(Random& random) {
+DeviceFacts RandomFacts(RandomSource& random) {
   DeviceFacts facts;
   facts.modalias = RandomModalias(random);
   facts.usb_composite = Bits(random, 1) != 0;
@@ -72,8 +72,8 @@ DeviceFacts RandomFacts(Random& random) {
 }
 
 TEST(HardwareIdProperty, WritesPciNumbersWhereTheFormHasThem) {
-  Random random(1);
-  for (int round = 0; round < kRounds; ++round) {
+  RandomSource random(1);
+  for (int round = 0; round < kModaliasRounds; ++round) {
     const unsigned v = Bits(random, 16), d = Bits(random, 16), sv = Bits(random, 16), sd = Bits(random, 16);
     const unsigned revision = Bits(random, 8);
     DeviceFacts facts;
@@ -93,8 +93,8 @@ TEST(HardwareIdProperty, WritesPciNumbersWhereTheFormHasThem) {
 }
 
 TEST(HardwareIdProperty, WritesUsbNumbersThatCanBeReadBack) {
-  Random random(2);
-  for (int round = 0; round < kRounds; ++round) {
+  RandomSource random(2);
+  for (int round = 0; round < kModaliasRounds; ++round) {
     const unsigned vendor = Bits(random, 16) | 0x8000;  // never the kernel's own, whose hubs have no numbers
     const unsigned product = Bits(random, 16);
     DeviceFacts facts;
@@ -113,8 +113,8 @@ TEST(HardwareIdProperty, WritesUsbNumbersThatCanBeReadBack) {
 }
 
 TEST(HardwareIdProperty, GivesDistinctIdsOfPrintableCharacters) {
-  Random random(3);
-  for (int round = 0; round < kRounds; ++round) {
+  RandomSource random(3);
+  for (int round = 0; round < kModaliasRounds; ++round) {
     const DeviceFacts facts = RandomFacts(random);
     const DeviceIds ids = BuildDeviceIds(facts);
     ASSERT_FALSE(ids.hardware.empty()) << facts.modalias;
@@ -132,8 +132,8 @@ TEST(HardwareIdProperty, GivesDistinctIdsOfPrintableCharacters) {
 }
 
 TEST(HardwareIdProperty, GivesNothingForAModaliasThatIsCutShort) {
-  Random random(4);
-  for (int round = 0; round < kRounds / 10; ++round) {
+  RandomSource random(4);
+  for (int round = 0; round < kModaliasRounds / 10; ++round) {
     const std::string whole = RandomModalias(random);
     const bool is_usb = whole.starts_with("usb:");
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -147,8 +147,8 @@ TEST(HardwareIdProperty, GivesNothingForAModaliasThatIsCutShort) {
 }
 
 TEST(HardwareIdProperty, ClassifiesOnlyWhatHasAModalias) {
-  Random random(5);
-  for (int round = 0; round < kRounds; ++round) {
+  RandomSource random(5);
+  for (int round = 0; round < kModaliasRounds; ++round) {
     std::string modalias = RandomModalias(random);
     modalias[Bits(random, 16) % modalias.size()] = static_cast<char>(Bits(random, 7));
     const DeviceTraits reader{.is_fingerprint_reader = true};

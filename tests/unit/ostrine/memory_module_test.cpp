@@ -17,25 +17,25 @@ using test::MemoryStructure;
 
 constexpr std::uint64_t kGibibyte = std::uint64_t{1} << 30;
 
-std::vector<MemoryModule> Read(const std::vector<MemoryStructure>& devices) {
+std::vector<MemoryModule> ModulesOf(const std::vector<MemoryStructure>& devices) {
   const ByteVector table = test::MemoryTable(devices);
   return ReadMemoryModules({.bytes = table});
 }
 
 std::optional<std::uint64_t> CapacityOf(const MemoryStructure& device) {
-  const auto modules = Read({device});
+  const auto modules = ModulesOf({device});
   EXPECT_EQ(modules.size(), 1u);
   return modules.empty() ? std::nullopt : modules.front().capacity;
 }
 
 std::uint32_t SpeedOf(const MemoryStructure& device) {
-  const auto modules = Read({device});
+  const auto modules = ModulesOf({device});
   EXPECT_EQ(modules.size(), 1u);
   return modules.empty() ? 0 : modules.front().speed;
 }
 
 TEST(MemoryModule, HasTheFirmwaresTextsWithPlaceholdersAndPadding) {
-  const auto modules = Read({{.manufacturer = "To Be Filled By O.E.M.", .serial_number = "00000000  "}});
+  const auto modules = ModulesOf({{.manufacturer = "To Be Filled By O.E.M.", .serial_number = "00000000  "}});
   ASSERT_EQ(modules.size(), 1u);
   EXPECT_EQ(modules[0].locator, "ChannelA-DIMM0");
   EXPECT_EQ(modules[0].manufacturer, "To Be Filled By O.E.M.");
@@ -44,18 +44,19 @@ TEST(MemoryModule, HasTheFirmwaresTextsWithPlaceholdersAndPadding) {
 }
 
 TEST(MemoryModule, HasEmptyTextsWhereTheFirmwareHasNone) {
-  const auto modules = Read({{.locator = "", .manufacturer = "", .serial_number = "", .part_number = ""}});
+  const auto modules =
+      ModulesOf({{.locator = "", .manufacturer = "", .serial_number = "", .part_number = ""}});
   ASSERT_EQ(modules.size(), 1u);
   EXPECT_EQ(modules[0].locator + modules[0].manufacturer + modules[0].serial_number + modules[0].part_number,
             "");
 }
 
 TEST(MemoryModule, ExistsForPopulatedSlotsOnlyInTheFirmwaresOrder) {
-  const auto modules = Read({{.size = 0, .locator = "empty"},
-                             {.locator = "first"},
-                             {.size = 0x8000, .locator = "empty, in KiB"},
-                             {.size = 0xFFFF, .locator = "of unknown size"},
-                             {.locator = "last"}});
+  const auto modules = ModulesOf({{.size = 0, .locator = "empty"},
+                                  {.locator = "first"},
+                                  {.size = 0x8000, .locator = "empty, in KiB"},
+                                  {.size = 0xFFFF, .locator = "of unknown size"},
+                                  {.locator = "last"}});
   ASSERT_EQ(modules.size(), 3u);
   EXPECT_EQ(modules[0].locator, "first");
   EXPECT_EQ(modules[1].locator, "of unknown size");
@@ -111,8 +112,8 @@ TEST(MemoryModule, IsNoMemoryThatServesAnotherUse) {
 }
 
 TEST(MemoryModule, IsNotThereInAStructureTooShortForASize) {
-  EXPECT_TRUE(Read({{.length = 0x0D}}).empty());
-  EXPECT_EQ(Read({{.length = 0x0E}}).size(), 1u);
+  EXPECT_TRUE(ModulesOf({{.length = 0x0D}}).empty());
+  EXPECT_EQ(ModulesOf({{.length = 0x0E}}).size(), 1u);
 }
 
 TEST(MemoryModule, IsNeverWorthMoreThanItsBytesWhateverTheTableHolds) {

@@ -32,7 +32,7 @@ std::vector<MemoryModule> TwoModules() {
           {.slot = 0x1101, .locator = "ChannelB-DIMM0", .speed = 0}};
 }
 
-Table MakeTable(const MemoryModules& modules) {
+Table ModuleTable(const MemoryModules& modules) {
   void* table = nullptr;
   EXPECT_TRUE(MakeMemoryTable(modules, &table));
   return {static_cast<std::uint8_t*>(table), &std::free};
@@ -44,19 +44,19 @@ std::uint32_t NumberAt(const std::uint8_t* bytes) {
   return number;
 }
 
-std::uint8_t* Entry(const Table& table, std::size_t number) {
+std::uint8_t* ModuleEntry(const Table& table, std::size_t number) {
   return table.get() + velmora::hal::kTableHeadSize + velmora::hal::kMemoryEntrySize * number;
 }
 
-std::optional<std::string> AskText(const MemoryModules& modules, const void* device, unsigned int id) {
+std::optional<std::string> AskModuleText(const MemoryModules& modules, const void* device, unsigned int id) {
   std::array<char, 260> buffer{};
   Answer answer(buffer.data(), buffer.size(), nullptr);
   if (!AnswerMemory(modules, device, id, answer)) return std::nullopt;
   return std::string(buffer.data());
 }
 
-std::optional<std::uint64_t> AskNumber(const MemoryModules& modules, const void* device, unsigned int id,
-                                       unsigned int size) {
+std::optional<std::uint64_t> AskModuleNumber(const MemoryModules& modules, const void* device,
+                                             unsigned int id, unsigned int size) {
   std::array<std::uint8_t, 8> buffer{};
   Answer answer(buffer.data(), size, nullptr);
   if (!AnswerMemory(modules, device, id, answer)) return std::nullopt;
@@ -66,15 +66,15 @@ std::optional<std::uint64_t> AskNumber(const MemoryModules& modules, const void*
 }
 
 TEST(Memory, HandsOutATableWithTheCountAndANumberedEntryForEachModule) {
-  const Table table = MakeTable(TwoModules());
+  const Table table = ModuleTable(TwoModules());
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(NumberAt(table.get() + 4), 2u);
-  EXPECT_EQ(NumberAt(Entry(table, 0) + 8), 0u);
-  EXPECT_EQ(NumberAt(Entry(table, 1) + 8), 1u);
+  EXPECT_EQ(NumberAt(ModuleEntry(table, 0) + 8), 0u);
+  EXPECT_EQ(NumberAt(ModuleEntry(table, 1) + 8), 1u);
 }
 
 TEST(Memory, HandsOutATableWithoutEntriesForAMachineWithoutModules) {
-  const Table table = MakeTable(std::vector<MemoryModule>());
+  const Table table = ModuleTable(std::vector<MemoryModule>());
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(NumberAt(table.get() + 4), 0u);
 }
@@ -87,78 +87,78 @@ TEST(Memory, RefusesATableWhereTheModulesCannotBeRead) {
 }
 
 TEST(Memory, AnswersTheCountForNoDevice) {
-  EXPECT_EQ(AskNumber(TwoModules(), nullptr, 0, 4), 2u);
-  EXPECT_EQ(AskNumber(std::vector<MemoryModule>(), nullptr, 0, 4), 0u);
-  EXPECT_EQ(AskNumber(std::nullopt, nullptr, 0, 4), std::nullopt);
+  EXPECT_EQ(AskModuleNumber(TwoModules(), nullptr, 0, 4), 2u);
+  EXPECT_EQ(AskModuleNumber(std::vector<MemoryModule>(), nullptr, 0, 4), 0u);
+  EXPECT_EQ(AskModuleNumber(std::nullopt, nullptr, 0, 4), std::nullopt);
 }
 
 TEST(Memory, AnswersEveryFactOfAModule) {
-  const Table table = MakeTable(TwoModules());
-  const void* const first = Entry(table, 0);
-  EXPECT_EQ(AskText(TwoModules(), first, 1), "ChannelA-DIMM0");
-  EXPECT_EQ(AskText(TwoModules(), first, 2), "Samsung");
-  EXPECT_EQ(AskText(TwoModules(), first, 3), "416433E9");
-  EXPECT_EQ(AskText(TwoModules(), first, 4), "M471A1K43DB1-CWE    ");
-  EXPECT_EQ(AskNumber(TwoModules(), first, 5, 8), std::uint64_t{8} << 30);
-  EXPECT_EQ(AskNumber(TwoModules(), first, 6, 4), 2933u);
+  const Table table = ModuleTable(TwoModules());
+  const void* const first = ModuleEntry(table, 0);
+  EXPECT_EQ(AskModuleText(TwoModules(), first, 1), "ChannelA-DIMM0");
+  EXPECT_EQ(AskModuleText(TwoModules(), first, 2), "Samsung");
+  EXPECT_EQ(AskModuleText(TwoModules(), first, 3), "416433E9");
+  EXPECT_EQ(AskModuleText(TwoModules(), first, 4), "M471A1K43DB1-CWE    ");
+  EXPECT_EQ(AskModuleNumber(TwoModules(), first, 5, 8), std::uint64_t{8} << 30);
+  EXPECT_EQ(AskModuleNumber(TwoModules(), first, 6, 4), 2933u);
 }
 
 TEST(Memory, SucceedsWithAnUnknownSpeedAndFailsForAnUnknownCapacity) {
-  const Table table = MakeTable(TwoModules());
-  const void* const second = Entry(table, 1);
-  EXPECT_EQ(AskText(TwoModules(), second, 1), "ChannelB-DIMM0");
-  EXPECT_EQ(AskText(TwoModules(), second, 2), "");
-  EXPECT_EQ(AskNumber(TwoModules(), second, 5, 8), std::nullopt);
-  EXPECT_EQ(AskNumber(TwoModules(), second, 6, 4), 0u);
+  const Table table = ModuleTable(TwoModules());
+  const void* const second = ModuleEntry(table, 1);
+  EXPECT_EQ(AskModuleText(TwoModules(), second, 1), "ChannelB-DIMM0");
+  EXPECT_EQ(AskModuleText(TwoModules(), second, 2), "");
+  EXPECT_EQ(AskModuleNumber(TwoModules(), second, 5, 8), std::nullopt);
+  EXPECT_EQ(AskModuleNumber(TwoModules(), second, 6, 4), 0u);
 }
 
 TEST(Memory, FailsForIdsThatTheClassDoesNotHave) {
-  const Table table = MakeTable(TwoModules());
+  const Table table = ModuleTable(TwoModules());
   for (const unsigned int id : {7u, 8u, 0xFFFFFFFFu}) {
-    EXPECT_EQ(AskText(TwoModules(), Entry(table, 0), id), std::nullopt);
-    EXPECT_EQ(AskText(TwoModules(), nullptr, id), std::nullopt);
+    EXPECT_EQ(AskModuleText(TwoModules(), ModuleEntry(table, 0), id), std::nullopt);
+    EXPECT_EQ(AskModuleText(TwoModules(), nullptr, id), std::nullopt);
   }
 }
 
 TEST(Memory, AsksForTheCountWithoutAndForAllElseWithADevice) {
-  const Table table = MakeTable(TwoModules());
-  EXPECT_EQ(AskNumber(TwoModules(), Entry(table, 0), 0, 4), std::nullopt);
-  for (unsigned int id = 1; id <= 6; ++id) EXPECT_EQ(AskText(TwoModules(), nullptr, id), std::nullopt);
+  const Table table = ModuleTable(TwoModules());
+  EXPECT_EQ(AskModuleNumber(TwoModules(), ModuleEntry(table, 0), 0, 4), std::nullopt);
+  for (unsigned int id = 1; id <= 6; ++id) EXPECT_EQ(AskModuleText(TwoModules(), nullptr, id), std::nullopt);
 }
 
 TEST(Memory, GivesNoCapacityToABufferOfFourBytes) {
-  const Table table = MakeTable(TwoModules());
-  EXPECT_EQ(AskNumber(TwoModules(), Entry(table, 0), 5, 4), std::nullopt);
+  const Table table = ModuleTable(TwoModules());
+  EXPECT_EQ(AskModuleNumber(TwoModules(), ModuleEntry(table, 0), 5, 4), std::nullopt);
 }
 
 TEST(Memory, FailsForAnEntryThatNoTableHas) {
-  const Table table = MakeTable(TwoModules());
-  std::uint8_t* const entry = Entry(table, 0);
+  const Table table = ModuleTable(TwoModules());
+  std::uint8_t* const entry = ModuleEntry(table, 0);
   for (const std::uint32_t number : {1u, 2u, 0xFFFFFFFFu}) {
     std::memcpy(entry + 8, &number, sizeof number);
-    EXPECT_EQ(AskText(TwoModules(), entry, 1), std::nullopt) << number;
+    EXPECT_EQ(AskModuleText(TwoModules(), entry, 1), std::nullopt) << number;
   }
   const std::array<std::uint8_t, 16> zeros{};
-  EXPECT_EQ(AskText(TwoModules(), zeros.data(), 1), std::nullopt);
+  EXPECT_EQ(AskModuleText(TwoModules(), zeros.data(), 1), std::nullopt);
 }
 
 TEST(Memory, FailsForAModuleOfAMachineThatHasOtherModulesNow) {
-  const Table table = MakeTable(TwoModules());
+  const Table table = ModuleTable(TwoModules());
   auto fewer = TwoModules();
   fewer.pop_back();
-  EXPECT_EQ(AskText(fewer, Entry(table, 0), 1), std::nullopt);
+  EXPECT_EQ(AskModuleText(fewer, ModuleEntry(table, 0), 1), std::nullopt);
   auto elsewhere = TwoModules();
   elsewhere[0].slot = 0x1107;
-  EXPECT_EQ(AskText(elsewhere, Entry(table, 0), 1), std::nullopt);
-  EXPECT_EQ(AskText(elsewhere, Entry(table, 1), 1), "ChannelB-DIMM0");
-  EXPECT_EQ(AskText(std::nullopt, Entry(table, 0), 1), std::nullopt);
+  EXPECT_EQ(AskModuleText(elsewhere, ModuleEntry(table, 0), 1), std::nullopt);
+  EXPECT_EQ(AskModuleText(elsewhere, ModuleEntry(table, 1), 1), "ChannelB-DIMM0");
+  EXPECT_EQ(AskModuleText(std::nullopt, ModuleEntry(table, 0), 1), std::nullopt);
 }
 
 TEST(Memory, ReadsAnEntryAtAnyAddress) {
-  const Table table = MakeTable(TwoModules());
+  const Table table = ModuleTable(TwoModules());
   std::array<std::uint8_t, 17> copy{};
-  std::memcpy(copy.data() + 1, Entry(table, 1), 16);
-  EXPECT_EQ(AskText(TwoModules(), copy.data() + 1, 1), "ChannelB-DIMM0");
+  std::memcpy(copy.data() + 1, ModuleEntry(table, 1), 16);
+  EXPECT_EQ(AskModuleText(TwoModules(), copy.data() + 1, 1), "ChannelB-DIMM0");
 }
 
 TEST(Memory, IsAnsweredThroughTheExportedFunctionsAsOnThisMachine) {
@@ -175,8 +175,9 @@ TEST(Memory, IsAnsweredThroughTheExportedFunctionsAsOnThisMachine) {
     EXPECT_EQ(count, modules ? modules->size() : 0u);
     for (std::size_t number = 0; number < count; ++number) {
       std::array<char, 260> text{};
-      EXPECT_NE(HalQueryInformation(kMemoryClass, Entry(table, number), 1, text.data(), text.size(), nullptr),
-                0);
+      EXPECT_NE(
+          HalQueryInformation(kMemoryClass, ModuleEntry(table, number), 1, text.data(), text.size(), nullptr),
+          0);
       EXPECT_EQ(text.data(), (*modules)[number].locator);
     }
   }

@@ -12,7 +12,7 @@ namespace {
 using test::ByteVector;
 using test::ProcessorStructure;
 
-std::optional<FirmwareProcessor> Read(const std::vector<ProcessorStructure>& processors) {
+std::optional<FirmwareProcessor> ProcessorOf(const std::vector<ProcessorStructure>& processors) {
   ByteVector table;
   test::AppendBios(table);
   std::uint16_t handle = 4;
@@ -22,7 +22,7 @@ std::optional<FirmwareProcessor> Read(const std::vector<ProcessorStructure>& pro
 }
 
 TEST(ProcessorFirmware, ReadsTextsAndClocks) {
-  const auto processor = Read({{}});
+  const auto processor = ProcessorOf({{}});
   ASSERT_TRUE(processor);
   EXPECT_EQ(processor->manufacturer, "Intel(R) Corporation");
   EXPECT_EQ(processor->name, "12th Gen Core");
@@ -32,7 +32,7 @@ TEST(ProcessorFirmware, ReadsTextsAndClocks) {
 }
 
 TEST(ProcessorFirmware, TakesAClockOfZeroForUnknown) {
-  const auto processor = Read({{.external_clock = 0, .maximum_clock = 0, .current_clock = 0}});
+  const auto processor = ProcessorOf({{.external_clock = 0, .maximum_clock = 0, .current_clock = 0}});
   ASSERT_TRUE(processor);
   EXPECT_EQ(processor->external_clock, std::nullopt);
   EXPECT_EQ(processor->maximum_clock, std::nullopt);
@@ -40,26 +40,26 @@ TEST(ProcessorFirmware, TakesAClockOfZeroForUnknown) {
 }
 
 TEST(ProcessorFirmware, PassesOverEmptySocketsAndOtherProcessors) {
-  const auto processor = Read({{.version = "empty socket", .status = 0x00},
-                               {.type = 6, .version = "video processor"},
-                               {.version = "the one"},
-                               {.version = "the other"}});
+  const auto processor = ProcessorOf({{.version = "empty socket", .status = 0x00},
+                                      {.type = 6, .version = "video processor"},
+                                      {.version = "the one"},
+                                      {.version = "the other"}});
   ASSERT_TRUE(processor);
   EXPECT_EQ(processor->name, "the one");
-  EXPECT_FALSE(Read({{.status = 0x01}}));
-  EXPECT_FALSE(Read({{.type = 4}}));
-  EXPECT_FALSE(Read({}));
+  EXPECT_FALSE(ProcessorOf({{.status = 0x01}}));
+  EXPECT_FALSE(ProcessorOf({{.type = 4}}));
+  EXPECT_FALSE(ProcessorOf({}));
 }
 
 TEST(ProcessorFirmware, KnowsNothingPastTheEndOfAShortStructure) {
-  const auto without_status = Read({{.length = 0x18}});
+  const auto without_status = ProcessorOf({{.length = 0x18}});
   ASSERT_TRUE(without_status);
   EXPECT_EQ(without_status->current_clock, 2100u);
-  const auto cut = Read({{.length = 0x17}});
+  const auto cut = ProcessorOf({{.length = 0x17}});
   ASSERT_TRUE(cut);
   EXPECT_EQ(cut->maximum_clock, 4700u);
   EXPECT_EQ(cut->current_clock, std::nullopt);
-  EXPECT_FALSE(Read({{.length = 0x05}}));
+  EXPECT_FALSE(ProcessorOf({{.length = 0x05}}));
 }
 
 }  // namespace

@@ -16,32 +16,32 @@
 namespace ostrine {
 namespace {
 
-using Number = std::optional<std::uint32_t>;
-using Text = std::optional<std::string>;
+using OptionalNumber = std::optional<std::uint32_t>;
+using OptionalText = std::optional<std::string>;
 using test::ByteVector;
 
 /// A system that tells what a test has put into it.
 struct ScriptedSystem final : ProcessorSystem {
   bool arm = false;
-  Text vendor;
-  Text name;
-  Number current_clock;
-  Number maximum_clock;
-  Number nominal_clock;
-  Number cores;
-  Number threads;
+  OptionalText vendor;
+  OptionalText name;
+  OptionalNumber current_clock;
+  OptionalNumber maximum_clock;
+  OptionalNumber nominal_clock;
+  OptionalNumber cores;
+  OptionalNumber threads;
   std::vector<Cache> caches;
   std::optional<ProcessorTime> time;
   ByteVector firmware;
 
   bool IsArm() const override { return arm; }
-  Text Vendor() const override { return vendor; }
-  Text Name() const override { return name; }
-  Number CurrentClock() const override { return current_clock; }
-  Number MaximumClock() const override { return maximum_clock; }
-  Number NominalClock() const override { return nominal_clock; }
-  Number Cores() const override { return cores; }
-  Number Threads() const override { return threads; }
+  OptionalText Vendor() const override { return vendor; }
+  OptionalText Name() const override { return name; }
+  OptionalNumber CurrentClock() const override { return current_clock; }
+  OptionalNumber MaximumClock() const override { return maximum_clock; }
+  OptionalNumber NominalClock() const override { return nominal_clock; }
+  OptionalNumber Cores() const override { return cores; }
+  OptionalNumber Threads() const override { return threads; }
   std::vector<Cache> Caches(unsigned int level, CacheExtent) const override {
     std::vector<Cache> of_level;
     for (const Cache& cache : caches) {
@@ -58,7 +58,7 @@ struct ScriptedSystem final : ProcessorSystem {
   }
 };
 
-Number AskNumber(const CpuidSource& cpuid, const ProcessorSystem& system, ProcessorFact fact) {
+OptionalNumber NumberOf(const CpuidSource& cpuid, const ProcessorSystem& system, ProcessorFact fact) {
   LoadHistory history;
   std::array<std::uint8_t, 4> buffer{};
   unsigned int returned = 0;
@@ -70,8 +70,8 @@ Number AskNumber(const CpuidSource& cpuid, const ProcessorSystem& system, Proces
   return number;
 }
 
-Text AskText(const CpuidSource& cpuid, const ProcessorSystem& system, ProcessorFact fact,
-             unsigned int size = 260) {
+OptionalText TextOf(const CpuidSource& cpuid, const ProcessorSystem& system, ProcessorFact fact,
+                    unsigned int size = 260) {
   LoadHistory history;
   std::vector<char> buffer(size);
   Answer answer(buffer.data(), size, nullptr);
@@ -91,27 +91,27 @@ TEST(Processor, TellsItsOwnNameBeforeSystemAndFirmwareAreAsked) {
   system.vendor = "system's vendor";
   system.name = "system's name";
   system.firmware = FirmwareWith({});
-  EXPECT_EQ(AskText(test::PlainIntel(), system, ProcessorFact::kVendor), "GenuineIntel");
-  EXPECT_EQ(AskText(test::PlainIntel(), system, ProcessorFact::kName),
+  EXPECT_EQ(TextOf(test::PlainIntel(), system, ProcessorFact::kVendor), "GenuineIntel");
+  EXPECT_EQ(TextOf(test::PlainIntel(), system, ProcessorFact::kName),
             "11th Gen Intel(R) Core(TM) i7-1165G7 @ 2.80GHz");
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kVendor), "system's vendor");
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kName), "system's name");
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kVendor), "system's vendor");
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kName), "system's name");
   system.vendor.reset();
   system.name.reset();
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kVendor), "Intel(R) Corporation");
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kName), "12th Gen Core");
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kVendor), "Intel(R) Corporation");
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kName), "12th Gen Core");
 }
 
 TEST(Processor, CutsItsNameToTheBuffer) {
-  EXPECT_EQ(AskText(test::PlainIntel(), ScriptedSystem(), ProcessorFact::kName, 50),
+  EXPECT_EQ(TextOf(test::PlainIntel(), ScriptedSystem(), ProcessorFact::kName, 50),
             "11th Gen Intel(R) Core(TM) i7-1165G7 @ 2.80GHz");
-  EXPECT_EQ(AskText(test::PlainIntel(), ScriptedSystem(), ProcessorFact::kName, 9), "11th Gen");
+  EXPECT_EQ(TextOf(test::PlainIntel(), ScriptedSystem(), ProcessorFact::kName, 9), "11th Gen");
 }
 
 TEST(Processor, FailsForEveryFactThatNobodyKnows) {
   for (unsigned int id = 0; id <= 25; ++id) {
     SCOPED_TRACE(id);
-    EXPECT_EQ(AskNumber(NoCpuid(), ScriptedSystem(), static_cast<ProcessorFact>(id)), std::nullopt);
+    EXPECT_EQ(NumberOf(NoCpuid(), ScriptedSystem(), static_cast<ProcessorFact>(id)), std::nullopt);
   }
 }
 
@@ -119,61 +119,61 @@ TEST(Processor, FailsForIdsThatTheClassDoesNotHave) {
   ScriptedSystem system;
   system.cores = system.threads = system.current_clock = 1;
   for (const unsigned int id : {2u, 3u, 16u, 17u, 20u, 0xFFFFFFFFu}) {
-    EXPECT_EQ(AskNumber(test::PlainIntel(), system, static_cast<ProcessorFact>(id)), std::nullopt) << id;
+    EXPECT_EQ(NumberOf(test::PlainIntel(), system, static_cast<ProcessorFact>(id)), std::nullopt) << id;
   }
 }
 
 TEST(Processor, TellsTheWidthOfAPhysicalAddress) {
-  EXPECT_EQ(AskNumber(test::HybridIntel(), ScriptedSystem(), ProcessorFact::kAddressBits), 39u);
-  EXPECT_EQ(AskNumber(test::ZenAmd(), ScriptedSystem(), ProcessorFact::kAddressBits), 48u);
+  EXPECT_EQ(NumberOf(test::HybridIntel(), ScriptedSystem(), ProcessorFact::kAddressBits), 39u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), ScriptedSystem(), ProcessorFact::kAddressBits), 48u);
 }
 
 TEST(Processor, RunsAtTheClockThatTheSystemReads) {
   ScriptedSystem system;
   system.firmware = FirmwareWith({.current_clock = 2400});
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 2400u);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 2400u);
   system.nominal_clock = 2800;
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 2800u);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 2800u);
   system.current_clock = 801;
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 801u);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kCurrentClock), 801u);
 }
 
 TEST(Processor, ReachesTheClockThatTheSystemOrElseTheProcessorItselfStates) {
   ScriptedSystem system;
   system.nominal_clock = 2800;
   system.firmware = FirmwareWith({.maximum_clock = 8300});
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kMaximumClock), 4700u);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kMaximumClock), 4700u);
   system.maximum_clock = 4800;
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kMaximumClock), 4800u);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kMaximumClock), 4800u);
 }
 
 TEST(Processor, ReachesTheFirmwaresClockUnlessItRunsFaster) {
   ScriptedSystem system;
   system.nominal_clock = 1900;
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1900u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1900u);
   system.firmware = FirmwareWith({.maximum_clock = 4450});
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 4450u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 4450u);
   system.firmware = FirmwareWith({.maximum_clock = 1000});
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1900u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1900u);
   system.nominal_clock.reset();
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1000u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kMaximumClock), 1000u);
 }
 
 TEST(Processor, TellsItsBusClockOrElseTheFirmwaresExternalClock) {
   ScriptedSystem system;
   system.firmware = FirmwareWith({.external_clock = 133});
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kExternalClock), 100u);
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kExternalClock), 133u);
-  EXPECT_EQ(AskNumber(test::VirtualIntel(), system, ProcessorFact::kExternalClock), 133u);
-  EXPECT_EQ(AskNumber(test::VirtualIntel(), ScriptedSystem(), ProcessorFact::kExternalClock), std::nullopt);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kExternalClock), 100u);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kExternalClock), 133u);
+  EXPECT_EQ(NumberOf(test::VirtualIntel(), system, ProcessorFact::kExternalClock), 133u);
+  EXPECT_EQ(NumberOf(test::VirtualIntel(), ScriptedSystem(), ProcessorFact::kExternalClock), std::nullopt);
 }
 
 TEST(Processor, HasTheCoresAndThreadsThatTheSystemCounts) {
   ScriptedSystem system;
   system.cores = 12;
   system.threads = 16;
-  EXPECT_EQ(AskNumber(test::HybridIntel(), system, ProcessorFact::kCores), 12u);
-  EXPECT_EQ(AskNumber(test::HybridIntel(), system, ProcessorFact::kThreads), 16u);
+  EXPECT_EQ(NumberOf(test::HybridIntel(), system, ProcessorFact::kCores), 12u);
+  EXPECT_EQ(NumberOf(test::HybridIntel(), system, ProcessorFact::kThreads), 16u);
 }
 
 TEST(Processor, AddsUpTheSystemsCachesOfALevel) {
@@ -182,28 +182,28 @@ TEST(Processor, AddsUpTheSystemsCachesOfALevel) {
                    {.level = 1, .kind = CacheKind::kData, .size = 48 << 10, .ways = {.count = 12}},
                    {.level = 1, .kind = CacheKind::kData, .size = 32 << 10, .ways = {.count = 8}},
                    {.level = 3, .kind = CacheKind::kUnified, .size = 6 << 20, .ways = {.full = true}}};
-  EXPECT_EQ(AskNumber(NoCpuid(), system, ProcessorFact::kL1Size), 112u);
-  EXPECT_EQ(AskNumber(NoCpuid(), system, ProcessorFact::kL2Size), std::nullopt);
-  EXPECT_EQ(AskNumber(NoCpuid(), system, ProcessorFact::kL3Size), 6144u);
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kL1Associativity), "12-way Set-Associative");
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kL2Associativity), std::nullopt);
-  EXPECT_EQ(AskText(NoCpuid(), system, ProcessorFact::kL3Associativity), "Fully Associative");
+  EXPECT_EQ(NumberOf(NoCpuid(), system, ProcessorFact::kL1Size), 112u);
+  EXPECT_EQ(NumberOf(NoCpuid(), system, ProcessorFact::kL2Size), std::nullopt);
+  EXPECT_EQ(NumberOf(NoCpuid(), system, ProcessorFact::kL3Size), 6144u);
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kL1Associativity), "12-way Set-Associative");
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kL2Associativity), std::nullopt);
+  EXPECT_EQ(TextOf(NoCpuid(), system, ProcessorFact::kL3Associativity), "Fully Associative");
 }
 
 TEST(Processor, DescribesItsCachesItselfWhereTheSystemKnowsNone) {
   ScriptedSystem system;
   system.threads = 16;
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kL1Size), 8u * 64);
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kL2Size), 8u * 512);
-  EXPECT_EQ(AskNumber(test::ZenAmd(), system, ProcessorFact::kL3Size), 16384u);
-  EXPECT_EQ(AskText(test::ZenAmd(), system, ProcessorFact::kL2Associativity), "8-way Set-Associative");
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kL1Size), 8u * 64);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kL2Size), 8u * 512);
+  EXPECT_EQ(NumberOf(test::ZenAmd(), system, ProcessorFact::kL3Size), 16384u);
+  EXPECT_EQ(TextOf(test::ZenAmd(), system, ProcessorFact::kL2Associativity), "8-way Set-Associative");
 }
 
 TEST(Processor, DoesNotCountCachesByOneCoreOfSeveralKinds) {
   ScriptedSystem system;
   system.threads = 16;
-  EXPECT_EQ(AskNumber(test::HybridIntel(), system, ProcessorFact::kL1Size), std::nullopt);
-  EXPECT_EQ(AskText(test::HybridIntel(), system, ProcessorFact::kL1Associativity), std::nullopt);
+  EXPECT_EQ(NumberOf(test::HybridIntel(), system, ProcessorFact::kL1Size), std::nullopt);
+  EXPECT_EQ(TextOf(test::HybridIntel(), system, ProcessorFact::kL1Associativity), std::nullopt);
 }
 
 TEST(Processor, GivesTheWaysOfACacheThatTheSystemKnowsWithoutThem) {
@@ -211,30 +211,30 @@ TEST(Processor, GivesTheWaysOfACacheThatTheSystemKnowsWithoutThem) {
   system.caches = {{.level = 1, .kind = CacheKind::kInstruction, .size = 32 << 10},
                    {.level = 1, .kind = CacheKind::kData, .size = 48 << 10},
                    {.level = 2, .kind = CacheKind::kUnified, .size = 1000 << 10}};
-  EXPECT_EQ(AskText(test::HybridIntel(), system, ProcessorFact::kL1Associativity), "12-way Set-Associative");
+  EXPECT_EQ(TextOf(test::HybridIntel(), system, ProcessorFact::kL1Associativity), "12-way Set-Associative");
   // No cache of this size is one that the processor describes.
-  EXPECT_EQ(AskText(test::HybridIntel(), system, ProcessorFact::kL2Associativity), std::nullopt);
+  EXPECT_EQ(TextOf(test::HybridIntel(), system, ProcessorFact::kL2Associativity), std::nullopt);
 }
 
 TEST(Processor, IsOfTheKindThatItsVendorMakes) {
   const ScriptedSystem system;
-  EXPECT_EQ(AskNumber(test::HybridIntel(), system, ProcessorFact::kKind), 1u);
-  EXPECT_EQ(AskNumber(test::OldAmd(), system, ProcessorFact::kKind), 2u);
+  EXPECT_EQ(NumberOf(test::HybridIntel(), system, ProcessorFact::kKind), 1u);
+  EXPECT_EQ(NumberOf(test::OldAmd(), system, ProcessorFact::kKind), 2u);
   const auto hygon = test::ZenAmd().With({0, 0, {0x10, 0x6F677948, 0x656E6975, 0x6E65476E}});
-  EXPECT_EQ(AskText(hygon, system, ProcessorFact::kVendor), "HygonGenuine");
-  EXPECT_EQ(AskNumber(hygon, system, ProcessorFact::kKind), 2u);
-  EXPECT_EQ(AskNumber(hygon, system, ProcessorFact::kL1Associativity), std::nullopt);
+  EXPECT_EQ(TextOf(hygon, system, ProcessorFact::kVendor), "HygonGenuine");
+  EXPECT_EQ(NumberOf(hygon, system, ProcessorFact::kKind), 2u);
+  EXPECT_EQ(NumberOf(hygon, system, ProcessorFact::kL1Associativity), std::nullopt);
   const auto zhaoxin = test::PlainIntel().With({0, 0, {0x1B, 0x68532020, 0x20206961, 0x68676E61}});
-  EXPECT_EQ(AskNumber(zhaoxin, system, ProcessorFact::kKind), std::nullopt);
+  EXPECT_EQ(NumberOf(zhaoxin, system, ProcessorFact::kKind), std::nullopt);
 }
 
 TEST(Processor, IsAnArmOneWhateverCpuidAProgramForX86IsShown) {
   ScriptedSystem system;
   system.arm = true;
   system.vendor = "Qualcomm Technologies Inc";
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kKind), 3u);
-  EXPECT_EQ(AskText(test::PlainIntel(), system, ProcessorFact::kVendor), "Qualcomm Technologies Inc");
-  EXPECT_EQ(AskNumber(test::PlainIntel(), system, ProcessorFact::kExternalClock), std::nullopt);
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kKind), 3u);
+  EXPECT_EQ(TextOf(test::PlainIntel(), system, ProcessorFact::kVendor), "Qualcomm Technologies Inc");
+  EXPECT_EQ(NumberOf(test::PlainIntel(), system, ProcessorFact::kExternalClock), std::nullopt);
 }
 
 TEST(Processor, MeasuresItsLoadFromOneQuestionToTheNext) {

@@ -14,24 +14,24 @@
 namespace ostrine {
 namespace {
 
-using Random = std::mt19937;
+using Engine = std::mt19937;
 using Records = std::vector<WqlRecord>;
 
-constexpr int kRounds = 20000;
+constexpr int kQueries = 20000;
 const wchar_t* const kNames[] = {L"Name", L"State", L"Caption", L"ProcessId"};
 
-std::size_t Below(Random& random, std::size_t limit) {
+std::size_t Below(Engine& random, std::size_t limit) {
   return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
 }
 
 /// Few letters, so that texts and patterns often meet.
-std::wstring RandomText(Random& random, std::wstring_view letters, std::size_t longest) {
+std::wstring RandomText(Engine& random, std::wstring_view letters, std::size_t longest) {
   std::wstring text(Below(random, longest + 1), L' ');
   for (wchar_t& c : text) c = letters[Below(random, letters.size())];
   return text;
 }
 
-WqlValue RandomValue(Random& random) {
+WqlValue RandomValue(Engine& random) {
   switch (Below(random, 4)) {
     case 0:
       return {};
@@ -42,7 +42,7 @@ WqlValue RandomValue(Random& random) {
   }
 }
 
-std::wstring RandomCase(Random& random, std::wstring word) {
+std::wstring RandomCase(Engine& random, std::wstring word) {
   for (wchar_t& c : word) {
     const bool is_letter = (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
     if (is_letter && Below(random, 2) == 0) c = static_cast<wchar_t>(c ^ 0x20);
@@ -59,7 +59,7 @@ std::wstring Quoted(std::wstring_view text) {
   return quoted + L"'";
 }
 
-WqlCondition RandomCondition(Random& random) {
+WqlCondition RandomCondition(Engine& random) {
   WqlCondition condition;
   condition.property = kNames[Below(random, std::size(kNames))];
   condition.comparison = static_cast<WqlOperator>(Below(random, 5));
@@ -73,7 +73,7 @@ WqlCondition RandomCondition(Random& random) {
   return condition;
 }
 
-std::wstring Written(Random& random, const WqlCondition& condition) {
+std::wstring Written(Engine& random, const WqlCondition& condition) {
   const auto literal = [&] {
     const auto* text = std::get_if<std::wstring>(&condition.literal);
     return text ? Quoted(*text) : TextOf(condition.literal);
@@ -140,9 +140,9 @@ const WqlRecord* NaivelyFirst(const Records& records, const std::vector<WqlCondi
 }
 
 TEST(WqlProperty, AgreesWithANaiveEvaluatorOnRandomTablesAndQueries) {
-  Random random(20240117);
+  Engine random(20240117);
   int matched = 0;
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < kQueries; ++round) {
     Records records(Below(random, 6));
     for (WqlRecord& record : records) {
       for (const wchar_t* name : kNames) record.emplace_back(RandomCase(random, name), RandomValue(random));
@@ -170,28 +170,28 @@ TEST(WqlProperty, AgreesWithANaiveEvaluatorOnRandomTablesAndQueries) {
         << testing::PrintToString(text);
     matched += expected != nullptr;
   }
-  EXPECT_GT(matched, kRounds / 10);
-  EXPECT_LT(matched, kRounds * 9 / 10);
+  EXPECT_GT(matched, kQueries / 10);
+  EXPECT_LT(matched, kQueries * 9 / 10);
 }
 
 TEST(WqlProperty, MatchesRandomPatternsAsANaiveMatcherDoes) {
-  Random random(7);
+  Engine random(7);
   int matched = 0;
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < kQueries; ++round) {
     const std::wstring text = RandomText(random, L"abB", 10);
     const std::wstring pattern = RandomText(random, L"ab%_%", 8);
     ASSERT_EQ(MatchesLike(text, pattern), NaiveLike(text, pattern))
         << testing::PrintToString(text) << testing::PrintToString(pattern);
     matched += MatchesLike(text, pattern);
   }
-  EXPECT_GT(matched, kRounds / 20);
-  EXPECT_LT(matched, kRounds * 19 / 20);
+  EXPECT_GT(matched, kQueries / 20);
+  EXPECT_LT(matched, kQueries * 19 / 20);
 }
 
 TEST(WqlProperty, NeverSelectsAnotherRowByAQuotedRandomName) {
-  Random random(11);
+  Engine random(11);
   int rejected = 0;
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < kQueries; ++round) {
     const std::wstring name = RandomText(random, L"ab'\\ %_=<>AND or like NULL", 12);
     const auto query = ParseWql(L"SELECT Name FROM t WHERE Name='" + name + L"'");
     if (!query) {
@@ -208,11 +208,11 @@ TEST(WqlProperty, NeverSelectsAnotherRowByAQuotedRandomName) {
 }
 
 TEST(WqlProperty, SurvivesRandomlyDamagedQueries) {
-  Random random(3);
+  Engine random(3);
   const std::wstring whole =
       L"SELECT MACAddress FROM Win32_NetworkAdapter WHERE MACAddress IS NOT NULL and Name='x'";
   int accepted = 0;
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < kQueries; ++round) {
     std::wstring text = whole;
     for (std::size_t changes = 1 + Below(random, 3); changes > 0; --changes) {
       text[Below(random, text.size())] = static_cast<wchar_t>(Below(random, 128));
@@ -223,7 +223,7 @@ TEST(WqlProperty, SurvivesRandomlyDamagedQueries) {
     ASSERT_EQ(query->conditions.size(), 2u);
   }
   EXPECT_GT(accepted, 0);
-  EXPECT_LT(accepted, kRounds);
+  EXPECT_LT(accepted, kQueries);
 }
 
 }  // namespace

@@ -5,13 +5,13 @@
 namespace ostrine {
 namespace {
 
-using Records = std::vector<WqlRecord>;
+using RecordList = std::vector<WqlRecord>;
 
 WqlRow RowOf(const WqlRecord& record) {
   return [&record](std::wstring_view property) { return FindProperty(record, property); };
 }
 
-WqlTable TableOf(const Records& records) {
+WqlTable TableOf(const RecordList& records) {
   return [&records](const WqlVisitor& visit) {
     for (const WqlRecord& record : records) {
       if (!visit(RowOf(record))) return;
@@ -20,13 +20,13 @@ WqlTable TableOf(const Records& records) {
 }
 
 /// What a caller of the whole reader sees: the text of the selected property, empty for no row and no query.
-std::wstring Select(const Records& records, std::wstring_view text) {
+std::wstring Select(const RecordList& records, std::wstring_view text) {
   const auto query = ParseWql(text);
   return query ? TextOf(SelectFirst(*query, TableOf(records))) : std::wstring();
 }
 
-const Records& Processes() {
-  static const Records records = {
+const RecordList& Processes() {
+  static const RecordList records = {
       {{L"Caption", L"System"}, {L"ProcessId", std::uint64_t{4}}, {L"ExecutablePath", WqlValue{}}},
       {{L"Caption", L"svchost.exe"},
        {L"ProcessId", std::uint64_t{812}},
@@ -39,8 +39,8 @@ const Records& Processes() {
   return records;
 }
 
-const Records& Services() {
-  static const Records records = {
+const RecordList& Services() {
+  static const RecordList records = {
       {{L"Name", L"Audiosrv"}, {L"State", L"Running"}},
       {{L"Name", L"WpnService"}, {L"State", L"Running"}},
       {{L"Name", L"WpnUserService_4a1f2"}, {L"State", L"Stopped"}},
@@ -49,8 +49,8 @@ const Records& Services() {
   return records;
 }
 
-const Records& Adapters() {
-  static const Records records = {
+const RecordList& Adapters() {
+  static const RecordList records = {
       {{L"Name", L"Ethernet"}, {L"MACAddress", WqlValue{}}, {L"GUID", L"{1}"}},
       {{L"Name", L"Ethernet"},
        {L"MACAddress", L"00:11:22:33:44:55"},
@@ -110,7 +110,7 @@ TEST(WqlReader, FindsTheFirstPerUserServiceByItsPattern) {
 }
 
 TEST(WqlReader, FindsTheKindOfConverterOfADisplayAdapter) {
-  const Records cards = {{{L"Caption", L"Intel(R) UHD Graphics"}, {L"AdapterDACType", L"Internal"}}};
+  const RecordList cards = {{{L"Caption", L"Intel(R) UHD Graphics"}, {L"AdapterDACType", L"Internal"}}};
   EXPECT_EQ(
       Select(cards,
              L"SELECT AdapterDACType FROM Win32_VideoController WHERE Caption ='Intel(R) UHD Graphics'"),
@@ -130,7 +130,7 @@ TEST(WqlReader, FindsIdentifierAndTypeOfAnAdapter) {
 }
 
 TEST(WqlReader, FindsTheSignedUsbDriverOfTheBluetoothClass) {
-  const Records drivers = {
+  const RecordList drivers = {
       {{L"DeviceName", L"USB hub"}, {L"HardwareID", L"USB\\ROOT_HUB30"}, {L"DeviceClass", L"USB"}},
       {{L"DeviceName", L"Mouse"}, {L"HardwareID", L"BTHLE\\Dev_1"}, {L"DeviceClass", L"BLUETOOTH"}},
       {{L"DeviceName", L"Radio"}, {L"HardwareID", L"USB\\VID_8087&PID_0026"}, {L"DeviceClass", L"Bluetooth"}},
@@ -272,7 +272,7 @@ TEST(WqlComparison, NeverHoldsBetweenATextAndANumber) {
 }
 
 TEST(WqlComparison, NeverHoldsForNullButIsNullDoes) {
-  const Records records = {{{L"a", WqlValue{}}, {L"b", L"row"}}};
+  const RecordList records = {{{L"a", WqlValue{}}, {L"b", L"row"}}};
   for (const wchar_t* condition : {L"a=''", L"a<>'x'", L"a=0", L"a<>1", L"a LIKE '%'", L"a IS NOT NULL"}) {
     EXPECT_EQ(Select(records, std::wstring(L"SELECT b FROM t WHERE ") + condition), L"")
         << testing::PrintToString(std::wstring(condition));

@@ -19,7 +19,7 @@ using simulator::Fault;
 using simulator::HalQuery;
 using testing::ElementsAre;
 
-constexpr auto kClass = DeviceClass::kDisk;
+constexpr auto kDiskClass = DeviceClass::kDisk;
 constexpr std::uint32_t kDevice = 3;
 
 // The numbers of the calls that one question makes.
@@ -42,20 +42,20 @@ class HalQueryDevice : public testing::Test {
 };
 
 TEST_F(HalQueryDevice, IsOpenedAskedForTextAndClosed) {
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"B");
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"B");
   EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 2, 520)",
                                         "HalCloseDevice(7, 3)"));
 }
 
 TEST_F(HalQueryDevice, IsOpenedAskedForALargeNumberAndClosed) {
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 4), 66u);
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 4), 66u);
   EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 4, 8)",
                                         "HalCloseDevice(7, 3)"));
 }
 
 TEST_F(HalQueryDevice, IsOpenedAskedIntoAValueAndClosed) {
   int value = 0;
-  EXPECT_EQ(QueryInto(kClass, kDevice, 10, value), 1);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 10, value), 1);
   EXPECT_EQ(value, 66);
   EXPECT_THAT(run_.Trace(), ElementsAre("HalOpenDevice(7, 3)", "HalQueryInformation(7, record 3, 10, 4)",
                                         "HalCloseDevice(7, 3)"));
@@ -71,18 +71,18 @@ TEST_F(HalQueryDevice, IsAskedThroughTheRecordThatWasOpened) {
     return 1;
   });
   int value = 0;
-  WideTextOf(kClass, kDevice, 2);
-  LargeNumberOf(kClass, kDevice, 2);
-  QueryInto(kClass, kDevice, 2, value);
+  WideTextOf(kDiskClass, kDevice, 2);
+  LargeNumberOf(kDiskClass, kDevice, 2);
+  QueryInto(kDiskClass, kDevice, 2, value);
   EXPECT_EQ(run_.Calls("HalQueryInformation"), 3);
 }
 
 TEST_F(HalQueryDevice, IsNeitherAskedNorClosedWhenItDoesNotOpen) {
   int value = 7;
   run_.Inject(Fault::kFail, kOpen, true);
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"");
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 0u);
-  EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 0);
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"");
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 0u);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 0);
   EXPECT_EQ(value, 7) << "nobody wrote to it";
   EXPECT_THAT(run_.Trace(), testing::Each("HalOpenDevice(7, 3)"));
   EXPECT_EQ(run_.Calls(), 3);
@@ -91,9 +91,9 @@ TEST_F(HalQueryDevice, IsNeitherAskedNorClosedWhenItDoesNotOpen) {
 TEST_F(HalQueryDevice, IsNeitherAskedNorClosedWhenOpeningThrows) {
   int value = 7;
   run_.Inject(Fault::kThrow, kOpen, true);
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"");
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 0u);
-  EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 0);
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"");
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 0u);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 0);
   EXPECT_EQ(value, 7);
   EXPECT_EQ(run_.Calls(), 3);
 }
@@ -101,9 +101,9 @@ TEST_F(HalQueryDevice, IsNeitherAskedNorClosedWhenOpeningThrows) {
 TEST_F(HalQueryDevice, IsClosedWhenTheQueryFails) {
   AnswerWith(0);
   int value = 0;
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"");
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 0u);
-  EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 0);
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"");
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 0u);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 0);
   EXPECT_EQ(run_.Calls("HalCloseDevice"), 3);
   EXPECT_EQ(run_.OpenHandles(), 0);
 }
@@ -116,11 +116,11 @@ TEST_P(HalQueryThatThrows, StillClosesTheDeviceOnce) {
   const bool is_number = GetParam() == 1;
   run_.Inject(Fault::kThrow, kQuery);
   if (is_text) {
-    EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"");
+    EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"");
   } else if (is_number) {
-    EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 0u);
+    EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 0u);
   } else {
-    EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 0);
+    EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 0);
   }
   EXPECT_EQ(run_.Calls("HalCloseDevice"), 1);
   EXPECT_EQ(run_.OpenHandles(), 0);
@@ -130,19 +130,19 @@ INSTANTIATE_TEST_SUITE_P(OfEachFamily, HalQueryThatThrows, testing::Values(0, 1,
 
 TEST_F(HalQueryDevice, KeepsTheAnswerWhenClosingFails) {
   run_.Inject(Fault::kFail, kClose);
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"B");
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"B");
   run_.Inject(Fault::kFail, 3 + kClose);
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 66u);
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 66u);
 }
 
 TEST_F(HalQueryDevice, KeepsTheAnswerWhenClosingThrows) {
   int value = 0;
   run_.Inject(Fault::kThrow, kClose);
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"B");
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"B");
   run_.Inject(Fault::kThrow, 3 + kClose);
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 66u);
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 66u);
   run_.Inject(Fault::kThrow, 6 + kClose);
-  EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 1);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 1);
   EXPECT_EQ(value, 66);
   EXPECT_EQ(run_.Calls("HalCloseDevice"), 3);
 }
@@ -151,7 +151,7 @@ TEST_F(HalQueryDevice, GivesTheQuerysOwnResult) {
   int value = 0;
   for (const int result : {2, -1, 0}) {
     AnswerWith(result);
-    EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), result);
+    EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), result);
   }
 }
 
@@ -163,14 +163,14 @@ TEST_F(HalQueryDevice, LetsTheQueryWriteIntoTheValueAsItStands) {
     query.buffer[1] = 0xFF;
     return 0;
   });
-  EXPECT_EQ(QueryInto(kClass, kDevice, 2, value), 0);
+  EXPECT_EQ(QueryInto(kDiskClass, kDevice, 2, value), 0);
   EXPECT_EQ(value, 0x1122FF44) << "also a query that fails leaves what it wrote";
 }
 
 TEST_F(HalQueryDevice, TakesAnyValueButZeroForSuccess) {
   AnswerWith(2);
-  EXPECT_EQ(WideTextOf(kClass, kDevice, 2), L"B");
-  EXPECT_EQ(LargeNumberOf(kClass, kDevice, 2), 66u);
+  EXPECT_EQ(WideTextOf(kDiskClass, kDevice, 2), L"B");
+  EXPECT_EQ(LargeNumberOf(kDiskClass, kDevice, 2), 66u);
 }
 
 }  // namespace

@@ -38,8 +38,8 @@ simulator::Machine MachineOfKind(std::optional<std::uint32_t> kind) {
 }
 
 /// A machine with an Intel processor whose firmware answers for `item`.
-simulator::Machine MachineAnswering(std::uint64_t item, std::vector<std::uint8_t> output,
-                                    std::uint32_t error = 0) {
+simulator::Machine MachineWithSwitch(std::uint64_t item, std::vector<std::uint8_t> output,
+                                     std::uint32_t error = 0) {
   auto machine = MachineOfKind(1);
   machine.firmware = {{.input = item << 16 | 0x0105, .output = {std::move(output)}, .error = error}};
   return machine;
@@ -67,12 +67,12 @@ Switch Ask(stDEVICE_DRIVER_TYPE kind, bool before = false) {
 }
 
 Switch AskWireless(std::vector<std::uint8_t> reply) {
-  const auto run = simulator::Use(MachineAnswering(0x25, std::move(reply)));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, std::move(reply)));
   return Ask(emDEVICE_WIRELESS);
 }
 
 TEST(BiosFun, AsksTheProcessorFirstAndThenTheFirmware) {
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 1}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 1}));
   CBiosFun firmware;
   EXPECT_EQ(run.Calls(), 0) << "making the object asks nothing";
   bool on = false;
@@ -83,7 +83,7 @@ TEST(BiosFun, AsksTheProcessorFirstAndThenTheFirmware) {
 
 TEST(BiosFun, AsksForEachDeviceWithItsItem) {
   for (const auto& [kind, item] : kItems) {
-    const auto run = simulator::Use(MachineAnswering(item, {0, 0}));
+    const auto run = simulator::Use(MachineWithSwitch(item, {0, 0}));
     EXPECT_EQ(Ask(kind), kOff) << kind;
     EXPECT_EQ(run.OpenHandles(), 0);
   }
@@ -120,7 +120,7 @@ TEST(BiosFun, SupportsNoOtherKindOfDevice) {
 
 TEST(BiosFun, WorksOnBothSupportedKindsOfProcessor) {
   for (const std::uint32_t kind : {1u, 2u}) {
-    auto machine = MachineAnswering(0x25, {0, 0});
+    auto machine = MachineWithSwitch(0x25, {0, 0});
     machine.cpu->kind = kind;
     const auto run = simulator::Use(machine);
     EXPECT_EQ(Ask(emDEVICE_WIRELESS), kOff);
@@ -146,7 +146,7 @@ TEST(BiosFun, SaysOnInEveryFailureWhateverStoodThereBefore) {
       const auto run = simulator::Use(MachineOfKind(3));
       EXPECT_EQ(Ask(emDEVICE_WIRELESS, before), kNotRead) << "another processor";
     }
-    const auto run = simulator::Use(MachineAnswering(0x25, {0, 0}, 31));
+    const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}, 31));
     EXPECT_EQ(Ask(emDEVICE_KEYBOARD, before), kNotRead) << "another device";
     EXPECT_EQ(Ask(emDEVICE_WIRELESS, before), kNotRead) << "a failed call";
     EXPECT_EQ(Ask(emDEVICE_AUDIO, before), kNotRead) << "a switch that the firmware has not";
@@ -156,7 +156,7 @@ TEST(BiosFun, SaysOnInEveryFailureWhateverStoodThereBefore) {
 TEST(BiosFun, DoesNotReadASwitchWhenAnythingFailsOrThrows) {
   for (const Fault fault : {Fault::kFail, Fault::kThrow}) {
     for (const int call : {1, 2, 3}) {  // the processor's kind, the connection, the firmware
-      auto run = simulator::Use(MachineAnswering(0x25, {0, 0}));
+      auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}));
       run.Inject(fault, call);
       EXPECT_EQ(Ask(emDEVICE_WIRELESS), kNotRead) << call;
       EXPECT_EQ(run.OpenHandles(), 0);
@@ -165,7 +165,7 @@ TEST(BiosFun, DoesNotReadASwitchWhenAnythingFailsOrThrows) {
 }
 
 TEST(BiosFun, KeepsNothingBetweenCalls) {
-  auto run = simulator::Use(MachineAnswering(0x25, {0, 0}));
+  auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}));
   CBiosFun firmware;
   bool on = false;
   EXPECT_TRUE(firmware.GetBiosSwitch(on, emDEVICE_WIRELESS));
@@ -176,7 +176,7 @@ TEST(BiosFun, KeepsNothingBetweenCalls) {
 }
 
 TEST(BiosFun, SurvivesMemoryThatRunsOut) {
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 0}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}));
   const auto results = WithEachAllocationFailing([] { return Ask(emDEVICE_WIRELESS); });
   for (const Switch& answer : results) EXPECT_TRUE(answer == kOff || answer == kNotRead);
   EXPECT_EQ(results.back(), kOff);
@@ -184,7 +184,7 @@ TEST(BiosFun, SurvivesMemoryThatRunsOut) {
 
 TEST(BiosFunLog, TellsTheStepsOfASwitchThatWasRead) {
   const CapturedLog log;
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 7}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 7}));
   velmora::os::SetLastError(183);
   Ask(emDEVICE_WIRELESS);
   EXPECT_THAT(log.Texts(), ElementsAre("enmType=0,byItemcode=37, bRet=1(CBiosFun::GetItemCodeByDeviceType)",
@@ -194,7 +194,7 @@ TEST(BiosFunLog, TellsTheStepsOfASwitchThatWasRead) {
 
 TEST(BiosFunLog, TellsTheReplyAlsoWhenItsStatusIsNotValid) {
   const CapturedLog log;
-  const auto run = simulator::Use(MachineAnswering(0x24, {255, 254}));
+  const auto run = simulator::Use(MachineWithSwitch(0x24, {255, 254}));
   velmora::os::SetLastError(0);
   Ask(emDEVICE_AUDIO);
   EXPECT_THAT(log.Texts(), ElementsAre("enmType=5,byItemcode=36, bRet=1(CBiosFun::GetItemCodeByDeviceType)",
@@ -204,7 +204,7 @@ TEST(BiosFunLog, TellsTheReplyAlsoWhenItsStatusIsNotValid) {
 
 TEST(BiosFunLog, TellsWhyTheFirmwareDidNotAnswer) {
   const CapturedLog log;
-  const auto run = simulator::Use(MachineAnswering(0x26, {}, 1359));
+  const auto run = simulator::Use(MachineWithSwitch(0x26, {}, 1359));
   Ask(emDEVICE_BLUETOOTH);
   EXPECT_THAT(log.Texts(), ElementsAre("enmType=1,byItemcode=38, bRet=1(CBiosFun::GetItemCodeByDeviceType)",
                                        "GetOutPutUInt Fail, err=1359(CBiosFun::GetBiosSwitch)",
@@ -225,7 +225,7 @@ TEST(BiosFunLog, TellsADeviceThatIsNotSupported) {
 
 TEST(BiosFunLog, NamesTheOperationAsThePlaceOfEveryLine) {
   const CapturedLog log;
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 1}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 1}));
   Ask(emDEVICE_WIRELESS);   // read
   Ask(emDEVICE_BLUETOOTH);  // fails
   Ask(emDEVICE_DISPLAY);    // not supported
@@ -240,7 +240,7 @@ TEST(BiosFunLog, NamesTheOperationAsThePlaceOfEveryLine) {
 TEST(BiosFunLog, IsEmptyWhereDebugIsDisabled) {
   CapturedLog log;
   log.DisableDebug();
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 0}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}));
   EXPECT_EQ(Ask(emDEVICE_WIRELESS), kOff);
   EXPECT_THAT(log.Lines(), IsEmpty());
 }
@@ -248,7 +248,7 @@ TEST(BiosFunLog, IsEmptyWhereDebugIsDisabled) {
 TEST(BiosFunLog, MayThrowWithoutHarm) {
   CapturedLog log;
   log.MakeAppenderThrow();
-  const auto run = simulator::Use(MachineAnswering(0x25, {0, 0}));
+  const auto run = simulator::Use(MachineWithSwitch(0x25, {0, 0}));
   EXPECT_EQ(Ask(emDEVICE_WIRELESS), kOff);
 }
 

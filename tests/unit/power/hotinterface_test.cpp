@@ -30,13 +30,13 @@ simulator::Machine MachineAnswering(std::uint64_t input, std::vector<std::uint8_
 
 using Reading = int (CHotInterface::*)();
 
-struct Channel {
+struct MeasuredChannel {
   const char* name;
   Reading read;
   std::uint64_t word;
 };
 
-const std::vector<Channel> kChannels{
+const std::vector<MeasuredChannel> kChannels{
     {"GetVoltage_USB0", &CHotInterface::GetVoltage_USB0, 0x000902},
     {"GetVoltage_USB1", &CHotInterface::GetVoltage_USB1, 0x010902},
     {"GetCurrent_USB0", &CHotInterface::GetCurrent_USB0, 0x100902},
@@ -115,7 +115,7 @@ TEST(HotInterface, ShiftsASensorsNumberIntoTheWordWithoutMaskingIt) {
 }
 
 TEST(HotInterface, AsksForEachChannelWithItsWord) {
-  for (const Channel& channel : kChannels) {
+  for (const MeasuredChannel& channel : kChannels) {
     const auto run = simulator::Use(MachineAnswering(channel.word, {0, 0, 0x12, 0x34}));
     CHotInterface sensors;
     EXPECT_EQ((sensors.*channel.read)(), 4660) << channel.name;
@@ -125,7 +125,7 @@ TEST(HotInterface, AsksForEachChannelWithItsWord) {
 }
 
 TEST(HotInterface, GivesVoltagesAndCurrentsHighByteFirstWithTheirSign) {
-  for (const Channel& channel : kChannels) {
+  for (const MeasuredChannel& channel : kChannels) {
     const auto value_of = [&](std::vector<std::uint8_t> reply) {
       const auto run = simulator::Use(MachineAnswering(channel.word, std::move(reply)));
       CHotInterface sensors;
@@ -162,7 +162,7 @@ TEST(HotInterface, GivesZeroWhenTheFirmwareFails) {
   EXPECT_EQ(sensors.GetFan0Speed(), 0u);
   EXPECT_EQ(sensors.GetFan1Speed(), 0u);
   EXPECT_EQ(sensors.GetSensorTemperature(0), 0);
-  for (const Channel& channel : kChannels) EXPECT_EQ((sensors.*channel.read)(), 0) << channel.name;
+  for (const MeasuredChannel& channel : kChannels) EXPECT_EQ((sensors.*channel.read)(), 0) << channel.name;
 }
 
 TEST(HotInterface, GivesZeroWhenAnythingThrowsAndReleasesTheConnection) {

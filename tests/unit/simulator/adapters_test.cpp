@@ -14,7 +14,7 @@ using namespace velmora::os;
 using simulator::Fault;
 using testing::ElementsAre;
 
-simulator::Machine MachineWith(std::vector<simulator::Adapter> adapters) {
+simulator::Machine MachineWithAdapters(std::vector<simulator::Adapter> adapters) {
   auto machine = simulator::BlankMachine();
   machine.adapters = {.list = std::move(adapters)};
   return machine;
@@ -29,8 +29,8 @@ const simulator::Adapter kWifi{.name = "{A}",
                                .lease_expires = 99};
 
 /// The list as the library reads it: the size first, then exactly that much memory.
-struct List {
-  List() {
+struct AdapterList {
+  AdapterList() {
     needs = GetAdaptersInfo(nullptr, size);
     memory.resize(size / sizeof(AdapterInfo) + 1);
     result = GetAdaptersInfo(memory.data(), size);
@@ -42,8 +42,8 @@ struct List {
 };
 
 TEST(SimulatedAdapters, LieInTheCallersBufferOneBehindTheOther) {
-  const auto run = simulator::Use(MachineWith({kWifi, {.description = "Ethernet"}}));
-  const List list;
+  const auto run = simulator::Use(MachineWithAdapters({kWifi, {.description = "Ethernet"}}));
+  const AdapterList list;
   EXPECT_EQ(list.needs, 111u);
   EXPECT_EQ(list.size, 2 * 704 + 48u);
   ASSERT_EQ(list.result, 0u);
@@ -67,8 +67,8 @@ TEST(SimulatedAdapters, LieInTheCallersBufferOneBehindTheOther) {
 TEST(SimulatedAdapters, MayGrowBetweenTwoCalls) {
   auto late = kWifi;
   late.arrives_after_calls = 1;
-  const auto run = simulator::Use(MachineWith({{.description = "Ethernet"}, late}));
-  const List list;
+  const auto run = simulator::Use(MachineWithAdapters({{.description = "Ethernet"}, late}));
+  const AdapterList list;
   EXPECT_EQ(list.result, 111u) << "what was enough is too little now";
   EXPECT_EQ(list.size, 2 * 704 + 48u);
 }
@@ -76,33 +76,33 @@ TEST(SimulatedAdapters, MayGrowBetweenTwoCalls) {
 TEST(SimulatedAdapters, MayHaveTextsWithoutAZero) {
   auto adapter = kWifi;
   adapter.ip_addresses = {{"1234567890123456789", ""}};
-  const auto run = simulator::Use(MachineWith({adapter}));
-  const List list;
+  const auto run = simulator::Use(MachineWithAdapters({adapter}));
+  const AdapterList list;
   EXPECT_EQ(std::string(list.memory[0].ip_addresses.address, 16), "1234567890123456");
 }
 
 TEST(SimulatedAdapters, MayPointBackAtThemselves) {
-  auto machine = MachineWith({kWifi});
+  auto machine = MachineWithAdapters({kWifi});
   machine.adapters->loops = true;
   const auto run = simulator::Use(machine);
-  const List list;
+  const AdapterList list;
   EXPECT_EQ(list.memory[0].next, &list.memory[0]);
 }
 
 TEST(SimulatedAdapters, AreNoneOnAnEmptyMachine) {
   const auto run = simulator::Use(simulator::EmptyMachine());
-  const List list;
+  const AdapterList list;
   EXPECT_EQ(list.needs, 232u);
 }
 
 TEST(SimulatedAdapters, GoWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({kWifi}));
+  auto run = simulator::Use(MachineWithAdapters({kWifi}));
   run.Inject(Fault::kFail, 1);
-  EXPECT_EQ(List().result, 31u);
+  EXPECT_EQ(AdapterList().result, 31u);
   run.Inject(Fault::kEmpty, 0, true);
-  EXPECT_EQ(List().size, 0u);
+  EXPECT_EQ(AdapterList().size, 0u);
   run.Inject(Fault::kUnterminated, 0, true);
-  const List list;
+  const AdapterList list;
   EXPECT_EQ(std::string(list.memory[0].description, 132), std::string(132, 'A'));
   EXPECT_EQ(std::string(list.memory[0].gateways.address, 16), std::string(16, '1'));
 }

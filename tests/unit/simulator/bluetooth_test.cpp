@@ -12,7 +12,7 @@ using namespace velmora::os;
 using simulator::Fault;
 using testing::ElementsAre;
 
-simulator::Machine MachineWith(std::vector<simulator::BluetoothRemote> remotes) {
+simulator::Machine MachineWithRemotes(std::vector<simulator::BluetoothRemote> remotes) {
   auto machine = simulator::BlankMachine();
   machine.bluetooth = {.radios = {{.address = 0x001A7DDA7113, .name = "LAPTOP", .manufacturer = 2}},
                        .remote_devices = std::move(remotes)};
@@ -41,7 +41,7 @@ struct Radio {
 };
 
 TEST(SimulatedBluetooth, TellsAboutItsFirstRadio) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithRemotes({}));
   const Radio radio;
   ASSERT_NE(radio.find, nullptr);
   BluetoothRadioInfo info{.size = sizeof info};
@@ -61,7 +61,7 @@ TEST(SimulatedBluetooth, HasNoRadioOnAMachineWithoutOne) {
 }
 
 TEST(SimulatedBluetooth, FindsADeviceThatTheSearchSelects) {
-  auto run = simulator::Use(MachineWith({{.address = 1, .name = "Mouse", .remembered = true}}));
+  auto run = simulator::Use(MachineWithRemotes({{.address = 1, .name = "Mouse", .remembered = true}}));
   const Radio radio;
   auto search = radio.Search();
   BluetoothDeviceInfo info{.size = sizeof info};
@@ -77,7 +77,7 @@ TEST(SimulatedBluetooth, FindsADeviceThatTheSearchSelects) {
 }
 
 TEST(SimulatedBluetooth, FindsAnUnknownDeviceByAnInquiryOnly) {
-  const auto run = simulator::Use(MachineWith({{.address = 1}}));
+  const auto run = simulator::Use(MachineWithRemotes({{.address = 1}}));
   const Radio radio;
   auto search = radio.Search();
   search.issue_inquiry = 0;
@@ -92,7 +92,7 @@ TEST(SimulatedBluetooth, FindsAnUnknownDeviceByAnInquiryOnly) {
 TEST(SimulatedBluetooth, CountsFindAndRadioHandlesApart) {
   const velmora::testing::CapturedProblems captured;
   {
-    const auto run = simulator::Use(MachineWith({}));
+    const auto run = simulator::Use(MachineWithRemotes({}));
     Handle radio = nullptr;
     const Handle find = BluetoothFindFirstRadio({.size = 4}, radio);
     EXPECT_EQ(run.OpenHandles(), 2);
@@ -105,7 +105,7 @@ TEST(SimulatedBluetooth, CountsFindAndRadioHandlesApart) {
 }
 
 TEST(SimulatedBluetooth, GoesWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({{.address = 1, .name = "Mouse"}}));
+  auto run = simulator::Use(MachineWithRemotes({{.address = 1, .name = "Mouse"}}));
   const Radio radio;
   BluetoothRadioInfo info{.size = sizeof info};
   run.Inject(Fault::kFail, 0, true);

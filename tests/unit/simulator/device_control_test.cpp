@@ -19,7 +19,7 @@ constexpr const wchar_t* kName = L"\\\\.\\IBTRSTD";
 constexpr std::uint32_t kCode = 0x002211FC;
 constexpr std::array<unsigned char, 4> kInput{0x2B, 0x1A, 0, 0};
 
-simulator::Machine MachineWith(simulator::ControlDevice device) {
+simulator::Machine MachineWithControlDevice(simulator::ControlDevice device) {
   device.name = "\\\\.\\IBTRSTD";
   auto machine = simulator::BlankMachine();
   machine.control_devices = {std::move(device)};
@@ -30,7 +30,7 @@ Handle Open() { return CreateFileW(kName, 0xC0000000, 0, 3, 0); }
 bool Send(Handle device) { return DeviceIoControl(device, kCode, kInput.data(), 4, nullptr, 0, nullptr); }
 
 TEST(SimulatedControlDevice, TakesRequestsAndKeepsThem) {
-  auto run = simulator::Use(MachineWith({}));
+  auto run = simulator::Use(MachineWithControlDevice({}));
   const Handle device = Open();
   EXPECT_TRUE(Send(device));
   EXPECT_TRUE(CloseHandle(device));
@@ -41,7 +41,7 @@ TEST(SimulatedControlDevice, TakesRequestsAndKeepsThem) {
 }
 
 TEST(SimulatedControlDevice, GivesItsOutput) {
-  const auto run = simulator::Use(MachineWith({.output = {{1, 2, 3}}}));
+  const auto run = simulator::Use(MachineWithControlDevice({.output = {{1, 2, 3}}}));
   const Handle device = Open();
   std::array<unsigned char, 2> output{};
   std::uint32_t returned = 0;
@@ -52,7 +52,7 @@ TEST(SimulatedControlDevice, GivesItsOutput) {
 }
 
 TEST(SimulatedControlDevice, FailsWithTheScriptedErrors) {
-  auto run = simulator::Use(MachineWith({.request_error = 31}));
+  auto run = simulator::Use(MachineWithControlDevice({.request_error = 31}));
   const Handle device = Open();
   EXPECT_FALSE(Send(device));
   EXPECT_EQ(LastError(), 31u);
@@ -67,7 +67,7 @@ TEST(SimulatedControlDevice, FailsWithTheScriptedErrors) {
 }
 
 TEST(SimulatedControlDevice, GoesWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({}));
+  auto run = simulator::Use(MachineWithControlDevice({}));
   const Handle device = Open();
   run.Inject(Fault::kFail, 0, true);
   EXPECT_FALSE(Send(device));

@@ -8,6 +8,7 @@
 #include "platform/ostrine/setup_class.h"
 #include "simulator/run.h"
 #include "tests/support/simulator/captured_problems.h"
+#include "tests/support/simulator/machines.h"
 
 namespace {
 
@@ -16,14 +17,9 @@ using simulator::Fault;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using velmora::setup_class::kUsb;
+using velmora::testing::MachineWithDevices;
 
 const std::wstring kId = L"USB\\VID_8087";
-
-simulator::Machine MachineWith(std::vector<Device> devices) {
-  auto machine = simulator::BlankMachine();
-  machine.devices = std::move(devices);
-  return machine;
-}
 
 Device FailingDevice() {
   return {.setup_class = "USB", .hardware_ids = {"USB\\VID_8087"}, .description = "Hub", .problem_code = 43};
@@ -42,7 +38,7 @@ void RescanTree() {
 TEST(SimulatedDevices, ComeBackAfterAsManyRescansAsTheMachineSays) {
   auto device = FailingDevice();
   device.after_removal.returns_after = 2;
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   EXPECT_EQ(CDeviceInformention().UnstallDeviceByHardwareID(kId, kUsb), 0u);
 
   RescanTree();
@@ -54,7 +50,7 @@ TEST(SimulatedDevices, ComeBackAfterAsManyRescansAsTheMachineSays) {
 TEST(SimulatedDevices, HealAfterAsManyRescansAsTheMachineSays) {
   auto device = FailingDevice();
   device.after_removal = {.heals_after = 3};
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   RescanTree();
   RescanTree();
   RescanTree();
@@ -71,7 +67,7 @@ TEST(SimulatedDevices, HealAfterAsManyRescansAsTheMachineSays) {
 TEST(SimulatedDevices, MayBeGoneForGood) {
   auto device = FailingDevice();
   device.after_removal.returns = false;
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   CDeviceInformention().UnstallDeviceByHardwareID(kId, kUsb);
   for (int i = 0; i < 5; ++i) RescanTree();
   EXPECT_THAT(CDeviceInformention().GetDeviceHardwareID(kUsb), IsEmpty());
@@ -80,7 +76,7 @@ TEST(SimulatedDevices, MayBeGoneForGood) {
 TEST(SimulatedDevices, StayWhenTheyCannotBeRemoved) {
   auto device = FailingDevice();
   device.removal_error = 5;
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   EXPECT_EQ(CDeviceInformention().UnstallDeviceByHardwareID(kId, kUsb), 5u);
   EXPECT_EQ(ProblemCode(), 43u);
 }
@@ -88,21 +84,21 @@ TEST(SimulatedDevices, StayWhenTheyCannotBeRemoved) {
 TEST(SimulatedDevices, GiveScriptedProblemCodesFirst) {
   auto device = FailingDevice();
   device.next_problem_codes = {28, 22};
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   EXPECT_EQ(ProblemCode(), 28u);
   EXPECT_EQ(ProblemCode(), 22u);
   EXPECT_EQ(ProblemCode(), 43u);
 }
 
 TEST(SimulatedDevices, MayChangeBetweenTwoCalls) {
-  auto run = simulator::Use(MachineWith({FailingDevice()}));
+  auto run = simulator::Use(MachineWithDevices({FailingDevice()}));
   run.BeforeCall(1, [](simulator::Machine& machine) { machine.devices->clear(); });
   EXPECT_EQ(ProblemCode(), 43u);
   EXPECT_EQ(ProblemCode(), 45u);
 }
 
 TEST(SimulatedDevices, AreTracedWithTextClassAndProperty) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithDevices({}));
   CDeviceInformention information;
   information.GetDeviceStrInfoByHardwareID(kId, kUsb, PROP_DRIVER_VERSION);
   information.GetDeviceDesc(GUID{});
@@ -113,7 +109,7 @@ TEST(SimulatedDevices, AreTracedWithTextClassAndProperty) {
 }
 
 TEST(SimulatedDevices, GoWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({FailingDevice()}));
+  auto run = simulator::Use(MachineWithDevices({FailingDevice()}));
   CDeviceInformention information;
   const auto text = [&] { return information.GetDeviceStrInfoByHardwareID(kId, kUsb, PROP_DESCRIPTION); };
 
@@ -153,7 +149,7 @@ TEST(SimulatedDevices, ThatAreNotScriptedAreReportedByTheCallsName) {
 TEST(SimulatedDeviceTree, FindsADeviceByItsInstanceIdAndNoOther) {
   auto device = FailingDevice();
   device.instance_id = "USB\\VID_8087\\5&1";
-  const auto run = simulator::Use(MachineWith({device}));
+  const auto run = simulator::Use(MachineWithDevices({device}));
   velmora::os::DevNode node = 77;
   EXPECT_EQ(velmora::os::CM_Locate_DevNodeW(node, L"USB\\VID_8087\\5&2", 0),
             velmora::os::kConfigNoSuchDevNode);

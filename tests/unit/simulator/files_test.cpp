@@ -18,7 +18,7 @@ using simulator::File;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-simulator::Machine MachineWith(std::vector<File> files) {
+simulator::Machine MachineWithFiles(std::vector<File> files) {
   auto machine = simulator::BlankMachine();
   machine.files = {{.path = "C:", .folder = true}, {.path = "C:\\dump", .folder = true}};
   machine.files->insert(machine.files->end(), files.begin(), files.end());
@@ -26,7 +26,7 @@ simulator::Machine MachineWith(std::vector<File> files) {
 }
 
 /// The names of a folder.
-std::vector<std::string> List(const char* pattern) {
+std::vector<std::string> NamesIn(const char* pattern) {
   std::vector<std::string> names;
   const FolderHandle folder = OpenFolderA(pattern);
   if (folder == nullptr) return names;
@@ -47,7 +47,7 @@ bool Delete(const char* path) {
 }
 
 /// The whole of a file.
-std::string Read(const wchar_t* path) {
+std::string ContentsOf(const wchar_t* path) {
   const Handle file = OpenFileForReading(path);
   if (file == nullptr) return "none";
   std::string contents;
@@ -58,17 +58,17 @@ std::string Read(const wchar_t* path) {
 }
 
 TEST(SimulatedFiles, AreListedInTheMachinesOrderBehindTheTwoPoints) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\b.dmp"},
-                                               {.path = "C:\\dump\\sub", .folder = true},
-                                               {.path = "C:\\dump\\sub\\deep.dmp"},
-                                               {.path = "C:\\dump\\A.dmp"}}));
-  EXPECT_THAT(List("c:\\DUMP//*.*"), ElementsAre(".", "..", "b.dmp", "sub", "A.dmp"));
-  EXPECT_THAT(List("C:\\dump\\sub//*.*"), ElementsAre(".", "..", "deep.dmp"));
+  const auto run = simulator::Use(MachineWithFiles({{.path = "C:\\dump\\b.dmp"},
+                                                    {.path = "C:\\dump\\sub", .folder = true},
+                                                    {.path = "C:\\dump\\sub\\deep.dmp"},
+                                                    {.path = "C:\\dump\\A.dmp"}}));
+  EXPECT_THAT(NamesIn("c:\\DUMP//*.*"), ElementsAre(".", "..", "b.dmp", "sub", "A.dmp"));
+  EXPECT_THAT(NamesIn("C:\\dump\\sub//*.*"), ElementsAre(".", "..", "deep.dmp"));
 }
 
 TEST(SimulatedFiles, AreReadWithTheirKindAndTheTimeTheyWereWritten) {
-  const auto run = simulator::Use(
-      MachineWith({{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true, .last_write_time = 0x100000003}}));
+  const auto run = simulator::Use(MachineWithFiles(
+      {{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true, .last_write_time = 0x100000003}}));
   const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
   FolderEntry entry{};
   ReadFolderA(folder, entry);
@@ -83,7 +83,7 @@ TEST(SimulatedFiles, AreReadWithTheirKindAndTheTimeTheyWereWritten) {
 }
 
 TEST(SimulatedFiles, AreListedByNameAndKind) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true}}));
+  const auto run = simulator::Use(MachineWithFiles({{.path = "C:\\dump\\\xC3\xA4.dmp", .read_only = true}}));
   FindData data{};
   const Handle find = FindFirstFileW(L"C:\\dump//*.*", data);
   EXPECT_EQ(data.attributes, kFileAttributeDirectory);
@@ -96,7 +96,7 @@ TEST(SimulatedFiles, AreListedByNameAndKind) {
 
 TEST(SimulatedFiles, CannotBeListedWhereThereIsNoFolderOrNoPermission) {
   const auto run = simulator::Use(
-      MachineWith({{.path = "C:\\file"}, {.path = "C:\\denied", .folder = true, .list_error = 5}}));
+      MachineWithFiles({{.path = "C:\\file"}, {.path = "C:\\denied", .folder = true, .list_error = 5}}));
   FindData data{};
   EXPECT_EQ(FindFirstFileW(L"C:\\none//*.*", data), InvalidHandle());
   EXPECT_EQ(LastError(), 3u);
@@ -110,10 +110,11 @@ TEST(SimulatedFiles, CannotBeListedWhereThereIsNoFolderOrNoPermission) {
 }
 
 TEST(SimulatedFiles, LinkToOtherPlaces) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\other", .folder = true},
-                                               {.path = "C:\\other\\secret.dmp", .contents = "secret"},
-                                               {.path = "C:\\dump\\link", .link_target = "C:\\other"},
-                                               {.path = "C:\\dump\\broken", .link_target = "C:\\nowhere"}}));
+  const auto run =
+      simulator::Use(MachineWithFiles({{.path = "C:\\other", .folder = true},
+                                       {.path = "C:\\other\\secret.dmp", .contents = "secret"},
+                                       {.path = "C:\\dump\\link", .link_target = "C:\\other"},
+                                       {.path = "C:\\dump\\broken", .link_target = "C:\\nowhere"}}));
   const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
   FolderEntry entry{};
   for (int i = 0; i < 3; ++i) ReadFolderA(folder, entry);
@@ -123,23 +124,24 @@ TEST(SimulatedFiles, LinkToOtherPlaces) {
   EXPECT_EQ(entry.attributes, kFileAttributeReparsePoint);
   CloseFolder(folder);
 
-  EXPECT_THAT(List("C:\\dump\\link//*.*"), ElementsAre(".", "..", "secret.dmp"));
-  EXPECT_EQ(Read(L"C:\\dump\\link\\secret.dmp"), "secret");
+  EXPECT_THAT(NamesIn("C:\\dump\\link//*.*"), ElementsAre(".", "..", "secret.dmp"));
+  EXPECT_EQ(ContentsOf(L"C:\\dump\\link\\secret.dmp"), "secret");
   EXPECT_FALSE(PathFileExistsW(L"C:\\dump\\broken"));
 }
 
 TEST(SimulatedFiles, MayLinkInALoop) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\up", .link_target = "C:\\dump"},
-                                               {.path = "C:\\dump\\self", .link_target = "C:\\dump\\self"}}));
-  EXPECT_THAT(List("C:\\dump\\up\\up\\up//*.*"), ElementsAre(".", "..", "up", "self"));
+  const auto run =
+      simulator::Use(MachineWithFiles({{.path = "C:\\dump\\up", .link_target = "C:\\dump"},
+                                       {.path = "C:\\dump\\self", .link_target = "C:\\dump\\self"}}));
+  EXPECT_THAT(NamesIn("C:\\dump\\up\\up\\up//*.*"), ElementsAre(".", "..", "up", "self"));
   EXPECT_FALSE(PathFileExistsW(L"C:\\dump\\self"));
 }
 
 TEST(SimulatedFiles, AreDeletedAndLinksInsteadOfWhatTheyPointTo) {
-  auto run = simulator::Use(MachineWith(
+  auto run = simulator::Use(MachineWithFiles(
       {{.path = "C:\\dump\\a.dmp"}, {.path = "C:\\dump\\link", .link_target = "C:\\dump\\a.dmp"}}));
   EXPECT_TRUE(Delete("dump\\link"));
-  EXPECT_THAT(List("C:\\dump//*.*"), ElementsAre(".", "..", "a.dmp"));
+  EXPECT_THAT(NamesIn("C:\\dump//*.*"), ElementsAre(".", "..", "a.dmp"));
   EXPECT_TRUE(Delete("dump\\a.dmp"));
   EXPECT_FALSE(Delete("dump\\a.dmp"));
   EXPECT_EQ(LastError(), 2u);
@@ -149,9 +151,9 @@ TEST(SimulatedFiles, AreDeletedAndLinksInsteadOfWhatTheyPointTo) {
 
 TEST(SimulatedFiles, MayRefuseToBeDeletedForAWhileOrForGood) {
   const auto run =
-      simulator::Use(MachineWith({{.path = "C:\\dump\\ro", .read_only = true},
-                                  {.path = "C:\\dump\\busy", .delete_error = 32, .failing_deletions = 2},
-                                  {.path = "C:\\dump\\held", .delete_error = 32}}));
+      simulator::Use(MachineWithFiles({{.path = "C:\\dump\\ro", .read_only = true},
+                                       {.path = "C:\\dump\\busy", .delete_error = 32, .failing_deletions = 2},
+                                       {.path = "C:\\dump\\held", .delete_error = 32}}));
   for (const char* path : {"dump\\ro", "dump", "dump\\busy", "dump\\busy", "dump\\held"}) {
     EXPECT_FALSE(Delete(path)) << path;
   }
@@ -161,22 +163,23 @@ TEST(SimulatedFiles, MayRefuseToBeDeletedForAWhileOrForGood) {
 }
 
 TEST(SimulatedFiles, AreReadToTheirEnd) {
-  const auto run = simulator::Use(MachineWith({{.path = "C:\\hosts", .contents = "127.0.0.1 x\r\n"},
-                                               {.path = "C:\\raw", .raw = simulator::Bytes{{0xFF, 0xFE, 0}}},
-                                               {.path = "C:\\denied", .open_error = 5}}));
-  EXPECT_EQ(Read(L"C:\\hosts"), "127.0.0.1 x\r\n");
-  EXPECT_EQ(Read(L"C:/hosts"), "127.0.0.1 x\r\n");
-  EXPECT_EQ(Read(L"C:\\raw"), std::string("\xFF\xFE\0", 3));
-  EXPECT_EQ(Read(L"C:\\dump"), "none") << "a folder";
-  EXPECT_EQ(Read(L"C:\\denied"), "none");
+  const auto run =
+      simulator::Use(MachineWithFiles({{.path = "C:\\hosts", .contents = "127.0.0.1 x\r\n"},
+                                       {.path = "C:\\raw", .raw = simulator::Bytes{{0xFF, 0xFE, 0}}},
+                                       {.path = "C:\\denied", .open_error = 5}}));
+  EXPECT_EQ(ContentsOf(L"C:\\hosts"), "127.0.0.1 x\r\n");
+  EXPECT_EQ(ContentsOf(L"C:/hosts"), "127.0.0.1 x\r\n");
+  EXPECT_EQ(ContentsOf(L"C:\\raw"), std::string("\xFF\xFE\0", 3));
+  EXPECT_EQ(ContentsOf(L"C:\\dump"), "none") << "a folder";
+  EXPECT_EQ(ContentsOf(L"C:\\denied"), "none");
   EXPECT_EQ(LastError(), 5u);
 }
 
 TEST(SimulatedFiles, MayBeHugeWithoutTakingMemory) {
   const auto run =
-      simulator::Use(MachineWith({{.path = "C:\\huge", .contents = "abc", .repeated = 1'000'000'000'000},
-                                  {.path = "C:\\few", .contents = "abc", .repeated = 3}}));
-  EXPECT_EQ(Read(L"C:\\few"), "abcabcabc");
+      simulator::Use(MachineWithFiles({{.path = "C:\\huge", .contents = "abc", .repeated = 1'000'000'000'000},
+                                       {.path = "C:\\few", .contents = "abc", .repeated = 3}}));
+  EXPECT_EQ(ContentsOf(L"C:\\few"), "abcabcabc");
   const Handle file = OpenFileForReading(L"C:\\huge");
   std::array<char, 100> buffer{};
   EXPECT_EQ(ReadFile(file, buffer.data(), 100), 100u);
@@ -188,7 +191,7 @@ TEST(SimulatedFiles, MayBeHugeWithoutTakingMemory) {
 TEST(SimulatedFiles, CountsFindHandles) {
   const velmora::testing::CapturedProblems captured;
   {
-    const auto run = simulator::Use(MachineWith({}));
+    const auto run = simulator::Use(MachineWithFiles({}));
     FindData data{};
     const Handle find = FindFirstFileW(L"C:\\dump//*.*", data);
     EXPECT_FALSE(CloseHandle(find));
@@ -198,21 +201,21 @@ TEST(SimulatedFiles, CountsFindHandles) {
 }
 
 TEST(SimulatedFiles, GoWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({{.path = "C:\\dump\\a", .contents = "12345"}}));
+  auto run = simulator::Use(MachineWithFiles({{.path = "C:\\dump\\a", .contents = "12345"}}));
   const FolderHandle folder = OpenFolderA("C:\\dump//*.*");
   const auto delete_a = [&] { return DeleteFileBelowA(folder, "a", FileTime{0xFFFFFFFF, 0xFFFFFFFF}); };
   run.Inject(Fault::kFail, 0, true);
-  EXPECT_THAT(List("C:\\dump//*.*"), IsEmpty());
+  EXPECT_THAT(NamesIn("C:\\dump//*.*"), IsEmpty());
   EXPECT_FALSE(delete_a());
   EXPECT_FALSE(PathFileExistsW(L"C:\\dump\\a"));
-  EXPECT_EQ(Read(L"C:\\dump\\a"), "none");
+  EXPECT_EQ(ContentsOf(L"C:\\dump\\a"), "none");
   run.Inject(Fault::kEmpty, 0, true);
   EXPECT_TRUE(delete_a());
   EXPECT_EQ(run.machine().files->size(), 3u) << "it is still there";
   run.Inject(Fault::kUnterminated, 0, true);
-  EXPECT_THAT(List("C:\\dump//*.*"),
+  EXPECT_THAT(NamesIn("C:\\dump//*.*"),
               ElementsAre(std::string(259, 'A'), std::string(259, 'A'), std::string(259, 'A')));
-  EXPECT_EQ(Read(L"C:\\dump\\a"), "AAAAA");
+  EXPECT_EQ(ContentsOf(L"C:\\dump\\a"), "AAAAA");
   CloseFolder(folder);
 }
 

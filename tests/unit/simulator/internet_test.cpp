@@ -12,7 +12,7 @@ namespace {
 using namespace velmora::os;
 using simulator::Fault;
 
-simulator::Machine MachineWith(const simulator::Internet& internet) {
+simulator::Machine MachineOnInternet(const simulator::Internet& internet) {
   auto machine = simulator::BlankMachine();
   machine.internet = internet;
   return machine;
@@ -34,7 +34,7 @@ struct Proxy {
 };
 
 TEST(SimulatedInternet, GivesTheProxyAfterTellingItsSize) {
-  const auto run = simulator::Use(MachineWith({.access_type = 3, .proxy = "proxy:8080"}));
+  const auto run = simulator::Use(MachineOnInternet({.access_type = 3, .proxy = "proxy:8080"}));
   const Proxy proxy;
   EXPECT_FALSE(proxy.first);
   EXPECT_EQ(proxy.first_error, 122u);
@@ -47,14 +47,14 @@ TEST(SimulatedInternet, GivesTheProxyAfterTellingItsSize) {
 }
 
 TEST(SimulatedInternet, MayAnswerWithFewerBytesThanTheAccessTypeHas) {
-  const auto run = simulator::Use(MachineWith({.proxy_answer = simulator::Bytes{{3, 0}}}));
+  const auto run = simulator::Use(MachineOnInternet({.proxy_answer = simulator::Bytes{{3, 0}}}));
   const Proxy proxy;
   EXPECT_EQ(proxy.size, 2u);
   EXPECT_TRUE(proxy.second);
 }
 
 TEST(SimulatedInternet, TellsHowItIsConnected) {
-  auto run = simulator::Use(MachineWith({.connected = true, .connection_flags = 0x12}));
+  auto run = simulator::Use(MachineOnInternet({.connected = true, .connection_flags = 0x12}));
   std::uint32_t flags = 0;
   EXPECT_EQ(InternetGetConnectedState(flags, 0), 1);
   EXPECT_EQ(flags, 0x12u);
@@ -63,7 +63,8 @@ TEST(SimulatedInternet, TellsHowItIsConnected) {
 }
 
 TEST(SimulatedInternet, GoesWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({.proxy_error = 12018, .connected = true, .connection_flags = 1}));
+  auto run =
+      simulator::Use(MachineOnInternet({.proxy_error = 12018, .connected = true, .connection_flags = 1}));
   std::uint32_t size = 0;
   EXPECT_FALSE(InternetQueryOptionW(38, nullptr, size));
   EXPECT_EQ(LastError(), 12018u);

@@ -14,14 +14,14 @@ using namespace velmora::os;
 using simulator::Fault;
 using testing::ElementsAre;
 
-simulator::Machine MachineWithProcess() {
+simulator::Machine MachineWithTwoProcesses() {
   auto machine = simulator::BlankMachine();
   machine.processes = {{.process_id = 12, .caption = "a.exe"}, {.process_id = 16, .caption = "a.exe"}};
   return machine;
 }
 
 TEST(SimulatedProcesses, AreEndedThroughAHandle) {
-  auto run = simulator::Use(MachineWithProcess());
+  auto run = simulator::Use(MachineWithTwoProcesses());
   const Handle process = OpenProcess(1, false, 12, L"a.exe");
   ASSERT_NE(process, nullptr);
   EXPECT_TRUE(TerminateProcess(process, 0));
@@ -34,7 +34,7 @@ TEST(SimulatedProcesses, AreEndedThroughAHandle) {
 }
 
 TEST(SimulatedProcesses, AreNotOpenedWhenAbsentOrDenied) {
-  auto machine = MachineWithProcess();
+  auto machine = MachineWithTwoProcesses();
   machine.processes->front().open_error = 5;
   const auto run = simulator::Use(machine);
   EXPECT_EQ(OpenProcess(1, false, 12, L"a.exe"), nullptr);
@@ -46,7 +46,7 @@ TEST(SimulatedProcesses, AreNotOpenedWhenAbsentOrDenied) {
 }
 
 TEST(SimulatedProcesses, StayWhenTheyRefuseOrTheRightIsMissing) {
-  auto machine = MachineWithProcess();
+  auto machine = MachineWithTwoProcesses();
   machine.processes->front().end_error = 5;
   auto run = simulator::Use(machine);
   const Handle refusing = OpenProcess(1, false, 12, L"a.exe");
@@ -60,7 +60,7 @@ TEST(SimulatedProcesses, StayWhenTheyRefuseOrTheRightIsMissing) {
 }
 
 TEST(SimulatedProcesses, AreStartedFromProgramFiles) {
-  auto machine = MachineWithProcess();
+  auto machine = MachineWithTwoProcesses();
   machine.files = {{.path = "C:\\run.exe", .program = true},
                    {.path = "C:\\text.txt"},
                    {.path = "C:\\denied.exe", .program = true, .start_error = 5}};
@@ -85,7 +85,7 @@ TEST(SimulatedProcesses, AreStartedFromProgramFiles) {
 }
 
 TEST(SimulatedProcesses, GoWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWithProcess());
+  auto run = simulator::Use(MachineWithTwoProcesses());
   ProcessInformation information{};
   run.Inject(Fault::kEmpty, 0, true);
   EXPECT_TRUE(CreateProcessW(L"C:\\run.exe", nullptr, false, 0, {}, information));
@@ -98,7 +98,7 @@ TEST(SimulatedProcesses, GoWrongAsATestWishes) {
 }
 
 TEST(SimulatedProcesses, GiveTheInputHandleWhichNobodyCloses) {
-  auto run = simulator::Use(MachineWithProcess());
+  auto run = simulator::Use(MachineWithTwoProcesses());
   EXPECT_NE(GetStdHandle(0xFFFFFFF6), nullptr);
   EXPECT_EQ(run.OpenHandles(), 0);
   run.Inject(Fault::kFail, 0, true);
@@ -107,7 +107,7 @@ TEST(SimulatedProcesses, GiveTheInputHandleWhichNobodyCloses) {
 
 TEST(SimulatedHandles, AreClosedByTheirOwnFunctionOnly) {
   const velmora::testing::CapturedProblems captured;
-  const auto run = simulator::Use(MachineWithProcess());
+  const auto run = simulator::Use(MachineWithTwoProcesses());
   EXPECT_FALSE(CloseHandle(reinterpret_cast<Handle>(0x42)));
   EXPECT_EQ(LastError(), kErrorInvalidHandle);
   EXPECT_THAT(captured.Problems(), ElementsAre("CloseHandle was given a handle that is not open"));

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 
 constexpr const wchar_t* kPath = L"SYSTEM\\Class\\0000";
 
-simulator::Machine MachineWith(std::map<std::string, simulator::RegistryValue> values) {
+simulator::Machine MachineWithValues(std::map<std::string, simulator::RegistryValue> values) {
   auto machine = simulator::BlankMachine();
   machine.registry.emplace()["SYSTEM\\Class\\0000"].values = std::move(values);
   return machine;
@@ -39,7 +39,7 @@ struct Key {
 };
 
 TEST(SimulatedRegistry, GivesTextAsUtf16WithItsZero) {
-  const auto run = simulator::Use(MachineWith({{"ComponentId", {.text = "pci"}}}));
+  const auto run = simulator::Use(MachineWithValues({{"ComponentId", {.text = "pci"}}}));
   Key key;
   ASSERT_EQ(key.result, 0u);
   EXPECT_EQ(key.Read(L"componentid", 260), 0u);
@@ -51,7 +51,7 @@ TEST(SimulatedRegistry, GivesTextAsUtf16WithItsZero) {
 }
 
 TEST(SimulatedRegistry, GivesNumbersAndRawBytes) {
-  const auto run = simulator::Use(MachineWith(
+  const auto run = simulator::Use(MachineWithValues(
       {{"n", {.type = 4, .number = 9}}, {"odd", {.type = 1, .raw = simulator::Bytes{{'9', 0, 'x'}}}}}));
   Key key;
   EXPECT_EQ(key.Read(L"n", 4), 0u);
@@ -62,7 +62,7 @@ TEST(SimulatedRegistry, GivesNumbersAndRawBytes) {
 }
 
 TEST(SimulatedRegistry, GivesNothingWhereTheRoomIsTooSmall) {
-  const auto run = simulator::Use(MachineWith({{"long", {.text = std::string(130, 'x')}}}));
+  const auto run = simulator::Use(MachineWithValues({{"long", {.text = std::string(130, 'x')}}}));
   Key key;
   EXPECT_EQ(key.Read(L"long", 260), 234u);
   EXPECT_EQ(key.size, 262u);
@@ -71,7 +71,7 @@ TEST(SimulatedRegistry, GivesNothingWhereTheRoomIsTooSmall) {
 }
 
 TEST(SimulatedRegistry, FailsWithTheScriptedErrors) {
-  auto machine = MachineWith({{"denied", {.text = "x", .read_error = 5}}});
+  auto machine = MachineWithValues({{"denied", {.text = "x", .read_error = 5}}});
   auto run = simulator::Use(machine);
   {
     Key key;
@@ -87,7 +87,7 @@ TEST(SimulatedRegistry, FailsWithTheScriptedErrors) {
 TEST(SimulatedRegistry, CountsItsKeysAsHandles) {
   const velmora::testing::CapturedProblems captured;
   {
-    const auto run = simulator::Use(MachineWith({}));
+    const auto run = simulator::Use(MachineWithValues({}));
     RegistryKey key = nullptr;
     RegOpenKeyExW(LocalMachine(), kPath, 0, kKeyRead, key);
     RegCloseKey(key);
@@ -99,7 +99,7 @@ TEST(SimulatedRegistry, CountsItsKeysAsHandles) {
 }
 
 TEST(SimulatedRegistry, GoesWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({{"t", {.text = "x"}}}));
+  auto run = simulator::Use(MachineWithValues({{"t", {.text = "x"}}}));
   Key key;
   run.Inject(Fault::kUnterminated, 0, true);
   EXPECT_EQ(key.Read(L"t", 260), 0u);

@@ -17,7 +17,7 @@ using velmora::testing::CapturedProblems;
 
 constexpr std::uint32_t kAllRights = 0x34;
 
-simulator::Machine MachineWith(const Service& service) {
+simulator::Machine MachineWithService(const Service& service) {
   auto machine = simulator::BlankMachine();
   machine.services = {service};
   return machine;
@@ -38,7 +38,7 @@ struct Opened {
 };
 
 TEST(SimulatedServices, StartAndStop) {
-  auto run = simulator::Use(MachineWith({.name = "Spooler"}));
+  auto run = simulator::Use(MachineWithService({.name = "Spooler"}));
   {
     Opened opened;
     EXPECT_TRUE(StartServiceW(opened.service, 0, nullptr));
@@ -59,7 +59,7 @@ TEST(SimulatedServices, StartAndStop) {
 
 TEST(SimulatedServices, GoWhereTheMachineSays) {
   const auto run = simulator::Use(
-      MachineWith({.name = "Spooler", .state = 4, .state_after_start = 2, .state_after_stop = 3}));
+      MachineWithService({.name = "Spooler", .state = 4, .state_after_start = 2, .state_after_stop = 3}));
   Opened opened;
   EXPECT_TRUE(ControlService(opened.service, 1, opened.status));
   EXPECT_EQ(opened.status.current_state, 3u);
@@ -69,7 +69,7 @@ TEST(SimulatedServices, GoWhereTheMachineSays) {
 }
 
 TEST(SimulatedServices, FailWithTheScriptedErrors) {
-  const auto run = simulator::Use(MachineWith(
+  const auto run = simulator::Use(MachineWithService(
       {.name = "Spooler", .state = 7, .query_error = 31, .start_error = 1058, .stop_error = 1051}));
   Opened opened;
   EXPECT_FALSE(QueryServiceStatus(opened.service, opened.status));
@@ -82,7 +82,7 @@ TEST(SimulatedServices, FailWithTheScriptedErrors) {
 }
 
 TEST(SimulatedServices, AreNotOpenedWhenAbsentOrDenied) {
-  auto machine = MachineWith({.name = "Other"});
+  auto machine = MachineWithService({.name = "Other"});
   machine.services->push_back({.name = "Denied", .open_error = 5});
   const auto run = simulator::Use(machine);
   const ServiceHandle manager = OpenSCManagerW(nullptr, nullptr, 0);
@@ -94,7 +94,7 @@ TEST(SimulatedServices, AreNotOpenedWhenAbsentOrDenied) {
 }
 
 TEST(SimulatedServices, DemandTheRightForEachRequest) {
-  const auto run = simulator::Use(MachineWith({.name = "Spooler", .state = 4}));
+  const auto run = simulator::Use(MachineWithService({.name = "Spooler", .state = 4}));
   Opened opened(0x4);
   EXPECT_TRUE(QueryServiceStatus(opened.service, opened.status));
   EXPECT_FALSE(ControlService(opened.service, 1, opened.status));
@@ -105,7 +105,7 @@ TEST(SimulatedServices, DemandTheRightForEachRequest) {
 TEST(SimulatedServices, ReportHandlesThatAreMisused) {
   const CapturedProblems captured;
   {
-    const auto run = simulator::Use(MachineWith({.name = "Spooler"}));
+    const auto run = simulator::Use(MachineWithService({.name = "Spooler"}));
     const ServiceHandle manager = OpenSCManagerW(nullptr, nullptr, 0);
     ServiceStatus status{};
     EXPECT_FALSE(QueryServiceStatus(manager, status));
@@ -121,7 +121,7 @@ TEST(SimulatedServices, ReportHandlesThatAreMisused) {
 }
 
 TEST(SimulatedServices, GoWrongAsATestWishes) {
-  auto run = simulator::Use(MachineWith({.name = "Spooler", .state = 4}));
+  auto run = simulator::Use(MachineWithService({.name = "Spooler", .state = 4}));
   Opened opened;
   run.Inject(Fault::kFail, 0, true);
   EXPECT_FALSE(QueryServiceStatus(opened.service, opened.status));
@@ -136,7 +136,7 @@ TEST(SimulatedServices, GoWrongAsATestWishes) {
 }
 
 TEST(SimulatedServices, CloseTheirHandlesAlsoWhenClosingFails) {
-  auto run = simulator::Use(MachineWith({.name = "Spooler"}));
+  auto run = simulator::Use(MachineWithService({.name = "Spooler"}));
   const ServiceHandle manager = OpenSCManagerW(nullptr, nullptr, 0);
   run.Inject(Fault::kThrow, 0, true);
   EXPECT_FALSE(CloseServiceHandle(manager)) << "a closing call does not throw";

@@ -30,7 +30,7 @@ File Link(const std::string& path, const std::string& target) {
   return {.path = path, .link_target = target};
 }
 
-simulator::Machine MachineWith(const std::vector<File>& files) {
+simulator::Machine MachineWithFiles(const std::vector<File>& files) {
   auto machine = simulator::BlankMachine();
   machine.files = {Folder("C:"), Folder(kDump)};
   machine.files->insert(machine.files->end(), files.begin(), files.end());
@@ -47,7 +47,7 @@ std::vector<File> FilesOfRisingAge(int count, const std::string& folder = kDump)
 }
 
 /// The names of the files that are left in the dump folder itself.
-std::vector<std::string> Left(simulator::Run& run) {
+std::vector<std::string> FilesLeft(simulator::Run& run) {
   std::vector<std::string> names;
   const std::string folder = std::string(kDump) + "\\";
   for (const File& file : *run.machine().files) {
@@ -57,24 +57,24 @@ std::vector<std::string> Left(simulator::Run& run) {
 }
 
 std::vector<std::string> LeftAfter(const std::vector<File>& files, int kept) {
-  auto run = simulator::Use(MachineWith(files));
+  auto run = simulator::Use(MachineWithFiles(files));
   CFileProcess().DeleteFileByPath(kDump, kept);
-  return Left(run);
+  return FilesLeft(run);
 }
 
 TEST(GetTypeFiles, ListsDepthFirstEachSubfolderWhereItWasMet) {
-  const auto run = simulator::Use(
-      MachineWith({Written("C:\\dump\\1.dmp", 1), Folder("C:\\dump\\b"), Written("C:\\dump\\2.dmp", 1),
-                   Folder("C:\\dump\\a"), Written("C:\\dump\\3.txt", 1), Written("C:\\dump\\b\\4.dmp", 1),
-                   Folder("C:\\dump\\b\\c"), Written("C:\\dump\\b\\c\\5.dmp", 1),
-                   Written("C:\\dump\\b\\6.dmp", 1), Written("C:\\dump\\a\\7.dmp", 1)}));
+  const auto run = simulator::Use(MachineWithFiles(
+      {Written("C:\\dump\\1.dmp", 1), Folder("C:\\dump\\b"), Written("C:\\dump\\2.dmp", 1),
+       Folder("C:\\dump\\a"), Written("C:\\dump\\3.txt", 1), Written("C:\\dump\\b\\4.dmp", 1),
+       Folder("C:\\dump\\b\\c"), Written("C:\\dump\\b\\c\\5.dmp", 1), Written("C:\\dump\\b\\6.dmp", 1),
+       Written("C:\\dump\\a\\7.dmp", 1)}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump"),
               ElementsAre(L"C:\\dump\\1.dmp", L"C:\\dump\\b\\4.dmp", L"C:\\dump\\b\\c\\5.dmp",
                           L"C:\\dump\\b\\6.dmp", L"C:\\dump\\2.dmp", L"C:\\dump\\a\\7.dmp"));
 }
 
 TEST(GetTypeFiles, HandsTheDoubledSlashToTheSearch) {
-  const auto run = simulator::Use(MachineWith({Folder("C:\\dump\\a")}));
+  const auto run = simulator::Use(MachineWithFiles({Folder("C:\\dump\\a")}));
   CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump");
   EXPECT_THAT(run.Trace(), ElementsAre("PathFileExistsW(C:\\dump)", "FindFirstFileW(C:\\dump//*.*)",
                                        "FindNextFileW()", "FindNextFileW()", "FindNextFileW()", "FindClose()",
@@ -83,10 +83,10 @@ TEST(GetTypeFiles, HandsTheDoubledSlashToTheSearch) {
 }
 
 TEST(GetTypeFiles, TakesExactlyTheExtensionThatItWasGiven) {
-  const auto run = simulator::Use(
-      MachineWith({Written("C:\\dump\\a.dmp", 1), Written("C:\\dump\\b.DMP", 1),
-                   Written("C:\\dump\\c.dmp.txt", 1), Written("C:\\dump\\d.dmp1", 1),
-                   Written("C:\\dump\\e.dm", 1), Written("C:\\dump\\dmp", 1), Written("C:\\dump\\.dmp", 1)}));
+  const auto run = simulator::Use(MachineWithFiles(
+      {Written("C:\\dump\\a.dmp", 1), Written("C:\\dump\\b.DMP", 1), Written("C:\\dump\\c.dmp.txt", 1),
+       Written("C:\\dump\\d.dmp1", 1), Written("C:\\dump\\e.dm", 1), Written("C:\\dump\\dmp", 1),
+       Written("C:\\dump\\.dmp", 1)}));
   CFileProcess files;
   EXPECT_THAT(files.GetTypeFiles(L".DMP", L"C:\\dump"), ElementsAre(L"C:\\dump\\b.DMP"));
   EXPECT_THAT(files.GetTypeFiles(L".dmp", L"C:\\dump"), ElementsAre(L"C:\\dump\\a.dmp", L"C:\\dump\\.dmp"));
@@ -95,22 +95,23 @@ TEST(GetTypeFiles, TakesExactlyTheExtensionThatItWasGiven) {
 }
 
 TEST(GetTypeFiles, NeverListsAFileWithoutAnExtension) {
-  const auto run = simulator::Use(MachineWith({Written("C:\\dump\\plain", 1), Written("C:\\dump\\a.", 1),
-                                               Folder("C:\\dump\\x.y"), Written("C:\\dump\\x.y\\plain", 1)}));
+  const auto run =
+      simulator::Use(MachineWithFiles({Written("C:\\dump\\plain", 1), Written("C:\\dump\\a.", 1),
+                                       Folder("C:\\dump\\x.y"), Written("C:\\dump\\x.y\\plain", 1)}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L"", L"C:\\dump"), IsEmpty());
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".y", L"C:\\dump"), IsEmpty());
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".", L"C:\\dump"), ElementsAre(L"C:\\dump\\a."));
 }
 
 TEST(GetTypeFiles, IsEmptyWithoutTheFolder) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithFiles({}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\nosuch"), IsEmpty());
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L""), IsEmpty());
   EXPECT_EQ(run.Calls("FindFirstFileW"), 0);
 }
 
 TEST(GetTypeFiles, IsEmptyForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
-  auto run = simulator::Use(MachineWith({}));
+  auto run = simulator::Use(MachineWithFiles({}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", std::wstring(L"C:\\dump\0x", 9)), IsEmpty());
   EXPECT_THAT(run.Trace(), IsEmpty());
 }
@@ -119,20 +120,20 @@ TEST(GetTypeFiles, LeavesOutFoldersThatCannotBeRead) {
   auto closed = Folder("C:\\dump\\closed");
   closed.list_error = 5;
   const auto run = simulator::Use(
-      MachineWith({closed, Written("C:\\dump\\closed\\1.dmp", 1), Written("C:\\dump\\2.dmp", 1)}));
+      MachineWithFiles({closed, Written("C:\\dump\\closed\\1.dmp", 1), Written("C:\\dump\\2.dmp", 1)}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump"), ElementsAre(L"C:\\dump\\2.dmp"));
 }
 
 TEST(GetTypeFiles, EntersNoLink) {
-  const auto run =
-      simulator::Use(MachineWith({Link("C:\\dump\\loop", "C:\\dump"), Link("C:\\dump\\out", "C:\\other"),
-                                  Folder("C:\\other"), Written("C:\\other\\1.dmp", 1),
-                                  Link("C:\\dump\\dangling", "C:\\nowhere"), Written("C:\\dump\\2.dmp", 1)}));
+  const auto run = simulator::Use(
+      MachineWithFiles({Link("C:\\dump\\loop", "C:\\dump"), Link("C:\\dump\\out", "C:\\other"),
+                        Folder("C:\\other"), Written("C:\\other\\1.dmp", 1),
+                        Link("C:\\dump\\dangling", "C:\\nowhere"), Written("C:\\dump\\2.dmp", 1)}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump"), ElementsAre(L"C:\\dump\\2.dmp"));
 }
 
 TEST(GetTypeFiles, FollowsTheLinkThatTheHostNames) {
-  const auto run = simulator::Use(MachineWith({Link("C:\\link", kDump), Written("C:\\dump\\2.dmp", 1)}));
+  const auto run = simulator::Use(MachineWithFiles({Link("C:\\link", kDump), Written("C:\\dump\\2.dmp", 1)}));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\link"), ElementsAre(L"C:\\link\\2.dmp"));
 }
 
@@ -141,7 +142,7 @@ TEST(GetTypeFiles, HasNoLimitOfDepthAndOneOpenFolderAtATime) {
   std::string path = kDump;
   for (int i = 0; i < 60; ++i) files.push_back(Folder(path += "\\d"));
   files.push_back(Written(path + "\\deep.dmp", 1));
-  auto run = simulator::Use(MachineWith(files));
+  auto run = simulator::Use(MachineWithFiles(files));
   EXPECT_THAT(CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump"), SizeIs(1));
   const auto trace = run.Trace();
   EXPECT_EQ(std::ranges::count(trace, "FindClose()"), 61);
@@ -157,7 +158,7 @@ TEST(GetTypeFiles, HasNoLimitOfDepthAndOneOpenFolderAtATime) {
 }
 
 TEST(GetTypeFiles, LogsNothing) {
-  const auto run = simulator::Use(MachineWith({Written("C:\\dump\\2.dmp", 1)}));
+  const auto run = simulator::Use(MachineWithFiles({Written("C:\\dump\\2.dmp", 1)}));
   const CapturedLog log;
   CFileProcess().GetTypeFiles(L".dmp", L"C:\\dump");
   EXPECT_THAT(log.Texts(), IsEmpty());
@@ -165,7 +166,7 @@ TEST(GetTypeFiles, LogsNothing) {
 
 TEST(GetTypeFiles, IsEmptyWhenMemoryRunsOut) {
   const auto run = simulator::Use(
-      MachineWith({Folder("D:"), Folder("D:\\a"), Written("D:\\a\\1.d", 1), Written("D:\\2.d", 1)}));
+      MachineWithFiles({Folder("D:"), Folder("D:\\a"), Written("D:\\a\\1.d", 1), Written("D:\\2.d", 1)}));
   // So short texts are handed over without an allocation of the caller's own.
   const auto results =
       velmora::testing::WithEachAllocationFailing([] { return CFileProcess().GetTypeFiles(L".d", L"D:"); });
@@ -174,7 +175,7 @@ TEST(GetTypeFiles, IsEmptyWhenMemoryRunsOut) {
 }
 
 simulator::Machine MachineWithProgram() {
-  return MachineWith({{.path = "C:\\dump\\run.cmd", .program = true}, {.path = "C:\\dump\\text.txt"}});
+  return MachineWithFiles({{.path = "C:\\dump\\run.cmd", .program = true}, {.path = "C:\\dump\\text.txt"}});
 }
 
 TEST(ExcuteCmdFile, StartsTheProgramAndClosesItsHandlesAtOnce) {
@@ -243,7 +244,7 @@ TEST(DeleteFileByPath, DeletesNothingForANegativeNumber) {
 }
 
 TEST(DeleteFileByPath, DeletesNothingForATextOfWhichTheSystemWouldReadOnlyTheBeginning) {
-  auto run = simulator::Use(MachineWith({}));
+  auto run = simulator::Use(MachineWithFiles({}));
   CFileProcess().DeleteFileByPath(std::string("C:\\dump\0x", 9), 0);
   EXPECT_THAT(run.Trace(), IsEmpty());
 }
@@ -258,16 +259,16 @@ TEST(DeleteFileByPath, DeletesTheThousandOldestAtMost) {
 }
 
 TEST(DeleteFileByPath, LooksAtTheTimesOfTheWholeTree) {
-  auto run = simulator::Use(
-      MachineWith({Written("C:\\dump\\5", 5), Folder("C:\\dump\\a"), Written("C:\\dump\\a\\1", 1),
-                   Folder("C:\\dump\\a\\b"), Written("C:\\dump\\a\\b\\4", 4), Written("C:\\dump\\2", 2)}));
+  auto run = simulator::Use(MachineWithFiles({Written("C:\\dump\\5", 5), Folder("C:\\dump\\a"),
+                                              Written("C:\\dump\\a\\1", 1), Folder("C:\\dump\\a\\b"),
+                                              Written("C:\\dump\\a\\b\\4", 4), Written("C:\\dump\\2", 2)}));
   CFileProcess().DeleteFileByPath(kDump, 2);
-  EXPECT_THAT(Left(run), ElementsAre("5", "a", "a\\b", "a\\b\\4"));
+  EXPECT_THAT(FilesLeft(run), ElementsAre("5", "a", "a\\b", "a\\b\\4"));
 }
 
 TEST(DeleteFileByPath, OpensTheFolderOnceAndStepsDownFromIt) {
   const auto run = simulator::Use(
-      MachineWith({Written("C:\\dump\\2", 2), Folder("C:\\dump\\a"), Written("C:\\dump\\a\\1", 1)}));
+      MachineWithFiles({Written("C:\\dump\\2", 2), Folder("C:\\dump\\a"), Written("C:\\dump\\a\\1", 1)}));
   CFileProcess().DeleteFileByPath(kDump, 0);
   EXPECT_THAT(run.Trace(),
               ElementsAre("OpenFolderA(C:\\dump//*.*)", "ReadFolderA()", "ReadFolderA()", "ReadFolderA()",
@@ -280,7 +281,8 @@ TEST(DeleteFileByPath, LogsEveryStep) {
   auto stubborn = Written("C:\\dump\\a\\1", 1);
   stubborn.delete_error = 32;
   stubborn.failing_deletions = 2;
-  const auto run = simulator::Use(MachineWith({Written("C:\\dump\\2", 2), Folder("C:\\dump\\a"), stubborn}));
+  const auto run =
+      simulator::Use(MachineWithFiles({Written("C:\\dump\\2", 2), Folder("C:\\dump\\a"), stubborn}));
   const CapturedLog log;
   CFileProcess().DeleteFileByPath(kDump, 0);
   EXPECT_THAT(log.Texts(),
@@ -297,7 +299,7 @@ TEST(DeleteFileByPath, LogsEveryStep) {
 }
 
 TEST(DeleteFileByPath, LogsTheKeptNumberWithItsSign) {
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithFiles({}));
   const CapturedLog log;
   CFileProcess().DeleteFileByPath(kDump, std::numeric_limits<int>::min());
   CFileProcess().DeleteFileByPath("C:\\nosuch", 3);
@@ -311,10 +313,10 @@ TEST(DeleteFileByPath, TriesTenTimesAndThenGoesOn) {
   files[0].delete_error = 32;
   files[1].delete_error = 32;
   files[1].failing_deletions = 9;
-  auto run = simulator::Use(MachineWith(files));
+  auto run = simulator::Use(MachineWithFiles(files));
   const CapturedLog log;
   CFileProcess().DeleteFileByPath(kDump, 0);
-  EXPECT_THAT(Left(run), ElementsAre("0"));
+  EXPECT_THAT(FilesLeft(run), ElementsAre("0"));
   EXPECT_EQ(run.Calls("DeleteFileBelowA"), 10 + 10 + 1);
   EXPECT_EQ(run.Calls("Sleep"), 0);
   EXPECT_EQ(std::ranges::count(log.Texts(), "delete file, isdeleted=0(CFileProcess::DeleteFileByPath)"), 19);
@@ -328,10 +330,10 @@ TEST(DeleteFileByPath, CountsEverySubfolderThatItMeetsAndLooksIntoAThousand) {
     files.push_back(Written(folder + "\\f", static_cast<std::uint64_t>(2000 - i)));
   }
   files.push_back(Written("C:\\dump\\late", 5000));
-  auto run = simulator::Use(MachineWith(files));
+  auto run = simulator::Use(MachineWithFiles(files));
   const CapturedLog log;
   CFileProcess().DeleteFileByPath(kDump, 1);
-  const auto left = Left(run);
+  const auto left = FilesLeft(run);
   EXPECT_EQ(std::ranges::count_if(left, [](const auto& name) { return name.ends_with("\\f"); }), 3);
   EXPECT_THAT(left, Contains("1001\\f")) << "the older ones were not looked at";
   EXPECT_THAT(left, Contains("late")) << "a file of the folder itself counts, also behind the limit";
@@ -350,9 +352,9 @@ TEST(DeleteFileByPath, CountsNestedSubfoldersInTheOrderOfTheWalk) {
     files.push_back(Folder(folder + "\\in"));
     files.push_back(Written(folder + "\\in\\f", 1));
   }
-  auto run = simulator::Use(MachineWith(files));
+  auto run = simulator::Use(MachineWithFiles(files));
   CFileProcess().DeleteFileByPath(kDump, 0);
-  const auto left = Left(run);
+  const auto left = FilesLeft(run);
   EXPECT_THAT(left, Contains("500\\f"));
   EXPECT_THAT(left, Contains("500\\in\\f"));
   EXPECT_THAT(left, Contains("501\\f"));
@@ -363,11 +365,11 @@ TEST(DeleteFileByPath, CountsALinkToAFileAndEntersNoLinkToAFolder) {
   auto linked = Link("C:\\dump\\link", "C:\\other\\kept");
   linked.last_write_time = 1;
   auto run = simulator::Use(
-      MachineWith({linked, Link("C:\\dump\\out", "C:\\other"), Link("C:\\dump\\loop", kDump),
-                   Folder("C:\\other"), Written("C:\\other\\kept", 1), Written("C:\\dump\\new", 9)}));
+      MachineWithFiles({linked, Link("C:\\dump\\out", "C:\\other"), Link("C:\\dump\\loop", kDump),
+                        Folder("C:\\other"), Written("C:\\other\\kept", 1), Written("C:\\dump\\new", 9)}));
   const CapturedLog log;
   CFileProcess().DeleteFileByPath(kDump, 1);
-  EXPECT_THAT(Left(run), ElementsAre("out", "loop", "new"));
+  EXPECT_THAT(FilesLeft(run), ElementsAre("out", "loop", "new"));
   EXPECT_EQ(std::ranges::count(*run.machine().files, "C:\\other\\kept", &File::path), 1);
   EXPECT_THAT(log.Texts(), testing::Not(Contains("nums=1(GetFiles)")))
       << "a link is no subfolder that is met";
@@ -383,7 +385,7 @@ TEST(DeleteFileByPath, LosesNothingOutsideWhenAFolderIsExchangedForALink) {
     now.files->push_back(Link("C:\\dump\\a", "C:\\other"));
   };
   for (int number = 1; number < 20; ++number) {
-    auto run = simulator::Use(MachineWith(files));
+    auto run = simulator::Use(MachineWithFiles(files));
     run.BeforeCall(number, exchange);
     CFileProcess().DeleteFileByPath(kDump, 0);
     EXPECT_EQ(std::ranges::count_if(*run.machine().files,
@@ -394,10 +396,10 @@ TEST(DeleteFileByPath, LosesNothingOutsideWhenAFolderIsExchangedForALink) {
 }
 
 TEST(DeleteFileByPath, KeepsWhatWasWrittenSinceItWasListed) {
-  auto run = simulator::Use(MachineWith(FilesOfRisingAge(3)));
+  auto run = simulator::Use(MachineWithFiles(FilesOfRisingAge(3)));
   run.BeforeCall(6, [](simulator::Machine& now) { now.files->at(2).last_write_time = 9999; });
   CFileProcess().DeleteFileByPath(kDump, 1);
-  EXPECT_THAT(Left(run), ElementsAre("0", "2"));
+  EXPECT_THAT(FilesLeft(run), ElementsAre("0", "2"));
 }
 
 TEST(DeleteFileByPath, SkipsFoldersThatCannotBeRead) {
@@ -409,17 +411,17 @@ TEST(DeleteFileByPath, SkipsFoldersThatCannotBeRead) {
 
 TEST(DeleteFileByPath, DeletesNothingWhenMemoryRunsOutBeforeTheChoiceIsMade) {
   for (int number = 0;; ++number) {
-    auto run = simulator::Use(MachineWith({Written("C:\\dump\\1", 1), Folder("C:\\dump\\a"),
-                                           Written("C:\\dump\\a\\2", 2), Written("C:\\dump\\3", 3)}));
+    auto run = simulator::Use(MachineWithFiles({Written("C:\\dump\\1", 1), Folder("C:\\dump\\a"),
+                                                Written("C:\\dump\\a\\2", 2), Written("C:\\dump\\3", 3)}));
     bool happened = false;
     {
       const velmora::testing::FailingAllocation failing(number);
       CFileProcess().DeleteFileByPath(kDump, 1);
       happened = failing.Happened();
     }
-    EXPECT_THAT(Left(run), Contains("3")) << "the newest stays whatever happens";
+    EXPECT_THAT(FilesLeft(run), Contains("3")) << "the newest stays whatever happens";
     if (!happened) {
-      EXPECT_THAT(Left(run), ElementsAre("a", "3"));
+      EXPECT_THAT(FilesLeft(run), ElementsAre("a", "3"));
       break;
     }
   }
@@ -429,7 +431,7 @@ TEST(DeleteFileByPath, LeavesNoHandleOpenWhateverFails) {
   for (int number = 0; number < 20; ++number) {
     for (const Fault fault : {Fault::kFail, Fault::kEmpty, Fault::kUnterminated, Fault::kThrow}) {
       auto run = simulator::Use(
-          MachineWith({Written("C:\\dump\\1", 1), Folder("C:\\dump\\a"), Written("C:\\dump\\a\\2", 2)}));
+          MachineWithFiles({Written("C:\\dump\\1", 1), Folder("C:\\dump\\a"), Written("C:\\dump\\a\\2", 2)}));
       run.Inject(fault, number);
       CFileProcess().DeleteFileByPath(kDump, 0);
       EXPECT_EQ(run.OpenHandles(), 0);
@@ -438,7 +440,7 @@ TEST(DeleteFileByPath, LeavesNoHandleOpenWhateverFails) {
 }
 
 TEST(CFileProcess, HasNoMembersAndCopiesAreAsGood) {
-  const auto run = simulator::Use(MachineWith({Written("C:\\dump\\a.dmp", 1)}));
+  const auto run = simulator::Use(MachineWithFiles({Written("C:\\dump\\a.dmp", 1)}));
   CFileProcess files;
   CFileProcess copy(files);
   copy = files;

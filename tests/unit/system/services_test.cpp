@@ -25,7 +25,7 @@ constexpr std::uint32_t kStopPending = 3;
 constexpr std::uint32_t kRunning = 4;
 constexpr std::int64_t kMillisecond = 10'000;
 
-simulator::Machine MachineWith(std::vector<simulator::Service> services) {
+simulator::Machine MachineWithServices(std::vector<simulator::Service> services) {
   auto machine = simulator::BlankMachine();
   machine.services = std::move(services);
   machine.clock.emplace();
@@ -33,7 +33,7 @@ simulator::Machine MachineWith(std::vector<simulator::Service> services) {
 }
 
 simulator::Machine MachineWithSpooler(std::uint32_t state) {
-  return MachineWith({{.name = "Spooler", .state = state}});
+  return MachineWithServices({{.name = "Spooler", .state = state}});
 }
 
 std::uint32_t StateOfTheFirst(simulator::Run& run) { return run.machine().services->front().state; }
@@ -46,11 +46,11 @@ std::vector<std::string> Repeated(const std::string& text, int times) {
 }
 
 TEST(GetServiceState, IsTheStateInTheSystemsOwnWords) {
-  const auto run = simulator::Use(MachineWith({{.name = "a", .state = 1},
-                                               {.name = "b", .state = 2},
-                                               {.name = "c", .state = 3},
-                                               {.name = "d", .state = 4},
-                                               {.name = "e", .state = 7}}));
+  const auto run = simulator::Use(MachineWithServices({{.name = "a", .state = 1},
+                                                       {.name = "b", .state = 2},
+                                                       {.name = "c", .state = 3},
+                                                       {.name = "d", .state = 4},
+                                                       {.name = "e", .state = 7}}));
   EXPECT_EQ(GetServiceState(L"a"), L"Stopped");
   EXPECT_EQ(GetServiceState(L"b"), L"Start Pending");
   EXPECT_EQ(GetServiceState(L"c"), L"Stop Pending");
@@ -81,7 +81,7 @@ TEST(IsServiceRunning, IsTrueForTheStateRunningOnly) {
 
 TEST(IsServiceRunning, IsFalseForTheWordInOtherLetterCase) {
   for (const char* const word : {"running", "RUNNING", "Running ", "Runnin"}) {
-    auto machine = MachineWith({});
+    auto machine = MachineWithServices({});
     machine.wmi = {.classes = {{"Win32_Service", {{{"Name", "Spooler"}, {"State", word}}}}}};
     const auto run = simulator::Use(machine);
     EXPECT_FALSE(IsServiceRunning(L"Spooler")) << word;
@@ -114,10 +114,10 @@ TEST(IsServiceExist, LogsWhatWasAskedAndFound) {
 }
 
 TEST(GetWpnUserServiceExName, IsTheFirstNameThatBeginsSoAndGoesOn) {
-  const auto run = simulator::Use(MachineWith({{.name = "WpnUserService"},
-                                               {.name = "WpnService"},
-                                               {.name = "WpnUserService_1a2b3"},
-                                               {.name = "WpnUserService_4c5d"}}));
+  const auto run = simulator::Use(MachineWithServices({{.name = "WpnUserService"},
+                                                       {.name = "WpnService"},
+                                                       {.name = "WpnUserService_1a2b3"},
+                                                       {.name = "WpnUserService_4c5d"}}));
   EXPECT_EQ(GetWpnUserServiceExName(), L"WpnUserService_1a2b3");
   EXPECT_THAT(
       run.Trace(),
@@ -128,10 +128,10 @@ TEST(GetWpnUserServiceExName, IsTheFirstNameThatBeginsSoAndGoesOn) {
 TEST(GetWpnUserServiceExName, LogsItsAnswerAlsoTheEmptyOne) {
   const CapturedLog log;
   {
-    const auto run = simulator::Use(MachineWith({{.name = "WpnUserService_1a2b3"}}));
+    const auto run = simulator::Use(MachineWithServices({{.name = "WpnUserService_1a2b3"}}));
     GetWpnUserServiceExName();
   }
-  const auto run = simulator::Use(MachineWith({}));
+  const auto run = simulator::Use(MachineWithServices({}));
   EXPECT_EQ(GetWpnUserServiceExName(), L"");
   EXPECT_THAT(log.Texts(), ElementsAre("GetWpnUserServiceExName: wszServiceName=WpnUserService_1a2b3",
                                        "GetWpnUserServiceExName: wszServiceName="));
@@ -152,7 +152,7 @@ TEST(Services, LogFromTheSourceThatHostsKnow) {
 }
 
 TEST(Services, AskNothingForANameThatWouldChangeTheQuery) {
-  const auto run = simulator::Use(MachineWith({{.name = "Spooler", .state = kRunning}}));
+  const auto run = simulator::Use(MachineWithServices({{.name = "Spooler", .state = kRunning}}));
   for (const std::wstring name :
        {L"it's", L"'", L"zz' OR Name LIKE '%", L"Spooler\\", L"a\\\\\\", L"Spooler'"}) {
     EXPECT_EQ(GetServiceState(name), L"");
@@ -299,7 +299,7 @@ TEST(StartServiceByName, IsTrueForAnAcceptedStartAlsoWhenTheServiceThenFails) {
 TEST(StartServiceByName, LogsItsResultAndTheErrorOfTheStepThatFailed) {
   const CapturedLog log;
   const auto start = [](const simulator::Service& service, const wchar_t* name) {
-    auto run = simulator::Use(MachineWith({service}));
+    auto run = simulator::Use(MachineWithServices({service}));
     velmora::os::SetLastError(77);
     const bool result = StartServiceByName(name);
     EXPECT_LE(Waited(run), result ? 2000 : 0);

@@ -19,7 +19,7 @@ RepairArguments Parse(const std::vector<std::string>& arguments, std::size_t mos
 }
 
 template <class Action>
-std::string UsageErrorOf(Action action) {
+std::string UsageErrorIn(Action action) {
   try {
     action();
   } catch (const report::UsageError& error) {
@@ -42,38 +42,38 @@ TEST(RepairArguments, GiveTheValuesOfTheirOptions) {
 }
 
 TEST(RepairArguments, AreRefusedWhenAnOptionThatIsNeededIsMissingOrEmpty) {
-  EXPECT_EQ(UsageErrorOf([] { Parse({}).Required("--id"); }), "--id is needed");
-  EXPECT_EQ(UsageErrorOf([] { Parse({"--id", ""}).Required("--id"); }), "--id is needed");
+  EXPECT_EQ(UsageErrorIn([] { Parse({}).Required("--id"); }), "--id is needed");
+  EXPECT_EQ(UsageErrorIn([] { Parse({"--id", ""}).Required("--id"); }), "--id is needed");
 }
 
 TEST(RepairArguments, AreRefusedWithoutAValueAndWithTwo) {
-  EXPECT_EQ(UsageErrorOf([] { Parse({"--id"}); }), "--id needs a value");
-  EXPECT_EQ(UsageErrorOf([] { Parse({"--id", "a", "--id", "b"}); }), "--id is given twice");
+  EXPECT_EQ(UsageErrorIn([] { Parse({"--id"}); }), "--id needs a value");
+  EXPECT_EQ(UsageErrorIn([] { Parse({"--id", "a", "--id", "b"}); }), "--id is given twice");
 }
 
 TEST(RepairArguments, AreRefusedByNameWhenTheyAreUnknown) {
   for (const std::string argument : {"--force", "-y", "word", "--yes=1"})
-    EXPECT_THAT(UsageErrorOf([&] { Parse({argument}); }), HasSubstr("\"" + argument + "\""));
+    EXPECT_THAT(UsageErrorIn([&] { Parse({argument}); }), HasSubstr("\"" + argument + "\""));
 }
 
 TEST(RepairArguments, MayHaveAsManyWordsAsTheRepairTakes) {
   EXPECT_THAT(Parse({"one", "--yes", "two"}, 2).Words(), ElementsAre("one", "two"));
-  EXPECT_THAT(UsageErrorOf([] { Parse({"one", "two", "three"}, 2); }), HasSubstr("\"three\""));
+  EXPECT_THAT(UsageErrorIn([] { Parse({"one", "two", "three"}, 2); }), HasSubstr("\"three\""));
 }
 
 TEST(Repair, IsRefusedWithTheNamesOfAllWhenNoneOrAnUnknownOneIsNamed) {
-  EXPECT_THAT(UsageErrorOf([] { report::RunRepair({}); }), HasSubstr("reset, uninstall, rescan"));
+  EXPECT_THAT(UsageErrorIn([] { report::RunRepair({}); }), HasSubstr("reset, uninstall, rescan"));
   const std::vector<std::string> unknown{"everything"};
-  EXPECT_THAT(UsageErrorOf([&] { report::RunRepair(unknown); }), HasSubstr("no repair \"everything\""));
+  EXPECT_THAT(UsageErrorIn([&] { report::RunRepair(unknown); }), HasSubstr("no repair \"everything\""));
 }
 
 TEST(Repair, IsRefusedForAKindThatItDoesNotTake) {
   for (const std::string kind : {"keyboard", "Wireless", "0", "system"}) {
     const std::vector<std::string> arguments{"uninstall", "--kind", kind, "--id", "x"};
-    EXPECT_THAT(UsageErrorOf([&] { report::RunRepair(arguments); }), HasSubstr("\"" + kind + "\""));
+    EXPECT_THAT(UsageErrorIn([&] { report::RunRepair(arguments); }), HasSubstr("\"" + kind + "\""));
   }
   const std::vector<std::string> usb{"reset", "--kind", "usb", "--id", "x"};
-  EXPECT_THAT(UsageErrorOf([&] { report::RunRepair(usb); }),
+  EXPECT_THAT(UsageErrorIn([&] { report::RunRepair(usb); }),
               HasSubstr("only wireless, bluetooth, fingerprint, audio, display"));
 }
 

@@ -8,10 +8,9 @@
 
 namespace {
 
+using velmora::os::test::kMockControl;
 using velmora::os::test::MockService;
 using velmora::os::test::PrivateBus;
-
-constexpr const char* kMock = "org.freedesktop.DBus.Mock";
 
 class FindBluetoothDevice : public testing::Test {
  protected:
@@ -20,19 +19,19 @@ class FindBluetoothDevice : public testing::Test {
 };
 
 TEST_F(FindBluetoothDevice, FindsAStrangerByAnInquiryOfTwoUnits) {
-  bluez_.Call(kMock, "AddAdapter", {"hci0", "00:1A:7D:DA:71:13", "on"});
-  bluez_.Call(kMock, "AddRemote", {"hci0", "AA:BB:CC:DD:EE:FF", "classic unknown"});
+  bluez_.Call(kMockControl, "AddAdapter", {"hci0", "00:1A:7D:DA:71:13", "on"});
+  bluez_.Call(kMockControl, "AddRemote", {"hci0", "AA:BB:CC:DD:EE:FF", "classic unknown"});
   const auto start = std::chrono::steady_clock::now();
   EXPECT_TRUE(CBluetooth().IsFindBtDevice());
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2560));
-  EXPECT_EQ(bluez_.Call(kMock, "Requests"), "filter bredr,start,stop");
+  EXPECT_EQ(bluez_.Call(kMockControl, "Requests"), "filter bredr,start,stop");
 }
 
 TEST_F(FindBluetoothDevice, AsksNothingOfAnAdapterThatIsSwitchedOff) {
-  bluez_.Call(kMock, "AddAdapter", {"hci0", "00:1A:7D:DA:71:13", "off"});
-  bluez_.Call(kMock, "AddRemote", {"hci0", "AA:BB:CC:DD:EE:FF", "classic paired"});
+  bluez_.Call(kMockControl, "AddAdapter", {"hci0", "00:1A:7D:DA:71:13", "off"});
+  bluez_.Call(kMockControl, "AddRemote", {"hci0", "AA:BB:CC:DD:EE:FF", "classic paired"});
   EXPECT_FALSE(CBluetooth().IsFindBtDevice());
-  EXPECT_EQ(bluez_.Call(kMock, "Requests"), "");
+  EXPECT_EQ(bluez_.Call(kMockControl, "Requests"), "");
 }
 
 }  // namespace

@@ -20,18 +20,17 @@ namespace {
 
 using testing::ElementsAre;
 using velmora::os::test::HelperProgram;
+using velmora::os::test::kMockControl;
 using velmora::os::test::MockService;
 using velmora::os::test::PrivateBus;
 using velmora::testing::CapturedLog;
 
-constexpr const char* kMock = "org.freedesktop.DBus.Mock";
-
 class ManagedServices : public testing::Test {
  protected:
   void AddUnit(const char* name, const char* active_state) {
-    systemd_.Call(kMock, "AddMockUnit", {name, "loaded", active_state});
+    systemd_.Call(kMockControl, "AddMockUnit", {name, "loaded", active_state});
   }
-  std::string Requests() { return systemd_.Call(kMock, "Requests"); }
+  std::string Requests() { return systemd_.Call(kMockControl, "Requests"); }
 
   PrivateBus bus_;
   MockService systemd_{VELMORA_TEST_FILES "/systemd_mock.py", "org.freedesktop.systemd1",
@@ -77,11 +76,11 @@ TEST_F(ManagedServices, ThatDoNotRunAreNotStopped) {
 
 TEST_F(ManagedServices, TellTheErrorOfAStartThatFails) {
   AddUnit("down.service", "inactive");
-  systemd_.Call(kMock, "AddMockUnit", {"masked.service", "masked", "inactive"});
+  systemd_.Call(kMockControl, "AddMockUnit", {"masked.service", "masked", "inactive"});
   const CapturedLog log;
   EXPECT_FALSE(StartServiceByName(L"nosuch"));
   EXPECT_FALSE(StartServiceByName(L"masked"));
-  systemd_.Call(kMock, "Refuse", {"org.freedesktop.DBus.Error.AccessDenied"});
+  systemd_.Call(kMockControl, "Refuse", {"org.freedesktop.DBus.Error.AccessDenied"});
   EXPECT_FALSE(StartServiceByName(L"down"));
   EXPECT_THAT(log.Texts(), ElementsAre("StartServiceByName: bRet=0, LastError=1060StartServiceByName",
                                        "StartServiceByName: bRet=0, LastError=1058StartServiceByName",

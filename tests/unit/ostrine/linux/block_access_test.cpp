@@ -25,7 +25,7 @@ const std::set<std::string> kHarmless{
     "dev", "size", "removable", "partition", "rotational", "model",    "vendor",       "serial",
     "rev", "type", "name",      "fwrev",     "vpd_pg80",   "vpd_pg89", "firmware_rev", "mountinfo"};
 
-void AskEverything(const DiskTree& tree) {
+void AskAllDisks(const DiskTree& tree) {
   for (std::uint32_t number = 0; number < DiskNames(tree.Path()).size(); ++number) {
     const auto handle = OpenBlockDisk(tree.Path(), number);
     ASSERT_TRUE(handle);
@@ -56,7 +56,7 @@ class DiskAccess : public ::testing::Test {
 
 TEST_F(DiskAccess, NeverOpensADeviceNode) {
   test::AccessRecorder recorder(tree_.Path());
-  AskEverything(tree_);
+  AskAllDisks(tree_);
   const auto opened = recorder.Opened();
   EXPECT_FALSE(opened.empty());
   for (const std::string& path : opened) {
@@ -66,7 +66,7 @@ TEST_F(DiskAccess, NeverOpensADeviceNode) {
 
 TEST_F(DiskAccess, OpensOnlyAttributesThatTheKernelAnswersFromMemory) {
   test::AccessRecorder recorder(tree_.Path());
-  AskEverything(tree_);
+  AskAllDisks(tree_);
   for (const std::string& path : recorder.Opened()) {
     EXPECT_TRUE(kHarmless.contains(std::filesystem::path(path).filename().string())) << path;
   }

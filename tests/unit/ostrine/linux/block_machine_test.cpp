@@ -21,7 +21,7 @@ struct Listed {
   bool is_rotating = false;
 };
 
-std::string OutputOf(const char* command) {
+std::string CommandOutput(const char* command) {
   struct Closer {
     void operator()(FILE* pipe) const { pclose(pipe); }
   };
@@ -33,7 +33,7 @@ std::string OutputOf(const char* command) {
 }
 
 std::vector<Listed> ListedDisks() {
-  std::istringstream output(OutputOf("lsblk -dbnro NAME,TYPE,SIZE,ROTA 2>/dev/null"));
+  std::istringstream output(CommandOutput("lsblk -dbnro NAME,TYPE,SIZE,ROTA 2>/dev/null"));
   std::vector<Listed> disks;
   for (Listed disk; output >> disk.name >> disk.type >> disk.size >> disk.is_rotating;) {
     if (MayBeDisk(disk.name)) disks.push_back(disk);

@@ -18,7 +18,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::wstring Select(const std::wstring& property, const std::wstring& rest) {
+std::wstring SelectService(const std::wstring& property, const std::wstring& rest) {
   return CWMI(L"ROOT\\CIMV2").SelectStr(L"SELECT " + property + L" FROM Win32_Service " + rest, property);
 }
 
@@ -26,20 +26,20 @@ TEST(Services, AreThoseOfTheServiceManager) {
   const test::FakeMachine machine;
   const test::ActsOn acts_on(machine);
   const test::MockServices services(machine, {"systemd"});
-  EXPECT_EQ(Select(L"State", L"WHERE Name='SSH'"), L"Running");
-  EXPECT_EQ(Select(L"Name", L"WHERE Name='SSH'"), L"ssh");
-  EXPECT_EQ(Select(L"DisplayName", L"WHERE Name='ssh'"), L"About ssh.service");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='starting'"), L"Start Pending");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='stopping'"), L"Stop Pending");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='broken'"), L"Stopped");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='frozen'"), L"Paused");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='thawed'"), L"Running")
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='SSH'"), L"Running");
+  EXPECT_EQ(SelectService(L"Name", L"WHERE Name='SSH'"), L"ssh");
+  EXPECT_EQ(SelectService(L"DisplayName", L"WHERE Name='ssh'"), L"About ssh.service");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='starting'"), L"Start Pending");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='stopping'"), L"Stop Pending");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='broken'"), L"Stopped");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='frozen'"), L"Paused");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='thawed'"), L"Running")
       << "a unit's own kind of state does not tell";
-  EXPECT_EQ(Select(L"Name", L"WHERE State='Paused'"), L"frozen");
-  EXPECT_EQ(Select(L"State", L"WHERE Name='idle'"), L"Stopped") << "installed, but not loaded";
-  EXPECT_EQ(Select(L"Name", L"WHERE name like 'WpnUserService_%'"), L"WpnUserService_1a2b");
+  EXPECT_EQ(SelectService(L"Name", L"WHERE State='Paused'"), L"frozen");
+  EXPECT_EQ(SelectService(L"State", L"WHERE Name='idle'"), L"Stopped") << "installed, but not loaded";
+  EXPECT_EQ(SelectService(L"Name", L"WHERE name like 'WpnUserService_%'"), L"WpnUserService_1a2b");
   for (const wchar_t* const none : {L"mentioned", L"getty@", L"sshd", L"nosuch", L"ssh.service", L""}) {
-    EXPECT_EQ(Select(L"Name", std::wstring(L"WHERE Name='") + none + L"'"), L"") << none;
+    EXPECT_EQ(SelectService(L"Name", std::wstring(L"WHERE Name='") + none + L"'"), L"") << none;
   }
 }
 

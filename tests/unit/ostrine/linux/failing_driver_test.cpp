@@ -15,8 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr auto kSystem = "{4d36e97d-e325-11ce-bfc1-08002be10318}";
-constexpr const char* kWireless = "pci0000:00/0000:00:14.3";
+constexpr auto kSystemClass = "{4d36e97d-e325-11ce-bfc1-08002be10318}";
+constexpr const char* kWirelessPlace = "pci0000:00/0000:00:14.3";
 
 class FailingOnLinux : public testing::Test {
  protected:
@@ -64,7 +64,7 @@ TEST_F(FailingOnLinux, TellWhatTheyAre) {
   EXPECT_EQ(hub.error_code, 22U) << "somebody has switched it off";
 
   const auto unknown = Find("ACPI\\XYZ0001\\XYZ0001:00");
-  EXPECT_EQ(unknown.class_guid, kSystem);
+  EXPECT_EQ(unknown.class_guid, kSystemClass);
   EXPECT_EQ(unknown.error_code, 28U);
   EXPECT_EQ(Find("ACPI\\XYZ0004\\XYZ0004:00").error_code, 10U) << "the firmware calls it broken";
 }
@@ -73,13 +73,13 @@ TEST_F(FailingOnLinux, IncludeADeviceOnceItHasLostItsDriver) {
   test::BuildLaptop(machine_);
   const std::string id = "PCI\\VEN_8086&DEV_51F0&SUBSYS_00948086&REV_01\\0000:00:14.3";
   EXPECT_THAT(Ids(), Not(Contains(id)));
-  std::filesystem::remove(machine_.Device(kWireless) / "driver");
+  std::filesystem::remove(machine_.Device(kWirelessPlace) / "driver");
   EXPECT_EQ(Find(id).error_code, 28U);
 }
 
 TEST_F(FailingOnLinux, IncludeADeviceWhosePowerManagementHasFailed) {
   test::BuildLaptop(machine_);
-  machine_.Write(kWireless, {{"power/runtime_status", "error"}});
+  machine_.Write(kWirelessPlace, {{"power/runtime_status", "error"}});
   const auto wireless = Find("PCI\\VEN_8086&DEV_51F0&SUBSYS_00948086&REV_01\\0000:00:14.3");
   EXPECT_EQ(wireless.error_code, 10U);
   EXPECT_EQ(wireless.service, "iwlwifi");

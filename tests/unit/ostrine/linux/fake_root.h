@@ -9,11 +9,18 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace ostrine::test {
+
+/// All that a file holds; empty when there is none.
+inline std::string ContentOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 class FakeRoot {
  public:

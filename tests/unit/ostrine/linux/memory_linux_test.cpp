@@ -39,7 +39,7 @@ constexpr const char* kProperties =
     "E:MEMORY_DEVICE_2_SPEED_MTS=65535\n"
     "V:1\n";
 
-void WriteTables(const FakeRoot& root) {
+void WriteMemoryTables(const FakeRoot& root) {
   const auto table = test::MemoryTable({{.size = 0}, {.locator = "of the table"}});
   root.Write("sys/firmware/dmi/tables/smbios_entry_point",
              test::EntryPoint64(static_cast<std::uint32_t>(table.size())));
@@ -48,7 +48,7 @@ void WriteTables(const FakeRoot& root) {
 
 TEST(MemoryLinux, ReadsTheFirmwaresTableWhereItMay) {
   const FakeRoot root;
-  WriteTables(root);
+  WriteMemoryTables(root);
   root.Write("run/udev/data/+dmi:id", kProperties);
   const auto modules = ReadMemoryModulesBelow(root.Path());
   ASSERT_TRUE(modules);
@@ -58,7 +58,7 @@ TEST(MemoryLinux, ReadsTheFirmwaresTableWhereItMay) {
 
 TEST(MemoryLinux, ReadsTheDeviceManagersPropertiesForAUserWithoutRights) {
   const FakeRoot root;
-  WriteTables(root);
+  WriteMemoryTables(root);
   root.Write("run/udev/data/+dmi:id", kProperties);
   root.Forbid("sys/firmware/dmi/tables/DMI");
   const test::WithoutRights without_rights;

@@ -11,7 +11,7 @@
 namespace ostrine {
 namespace {
 
-const std::string kWireless = "pci:v00008086d000051F0sv00008086sd00000094bc02sc80i00";
+const std::string kWirelessAlias = "pci:v00008086d000051F0sv00008086sd00000094bc02sc80i00";
 
 class Names : public testing::Test {
  protected:
@@ -38,8 +38,8 @@ TEST_F(Names, ComeFromTheHardwareDatabaseMostExactFirst) {
   WriteDatabase();
   WriteLists();
   NameDatabase names(root_.Path());
-  EXPECT_EQ(names.Find(kWireless).vendor, "Intel Corporation");
-  EXPECT_EQ(names.Find(kWireless).model, "Wi-Fi 6E AX211 160MHz");
+  EXPECT_EQ(names.Find(kWirelessAlias).vendor, "Intel Corporation");
+  EXPECT_EQ(names.Find(kWirelessAlias).model, "Wi-Fi 6E AX211 160MHz");
   EXPECT_EQ(names.FindVendor("acpi:LEN0071:PNP0303:"), "A maker");
 }
 
@@ -55,7 +55,7 @@ TEST_F(Names, ComeFromTheListsWhereTheDatabaseHasNone) {
 TEST_F(Names, ComeFromTheListsAloneWithoutADatabase) {
   WriteLists();
   NameDatabase names(root_.Path());
-  EXPECT_EQ(names.Find(kWireless).model, "Device of the list");
+  EXPECT_EQ(names.Find(kWirelessAlias).model, "Device of the list");
   EXPECT_EQ(names.Find("usb:v8087p0033d0000dcE0dsc01dp01icE0isc01ip01in00").model, "AX211 Bluetooth");
 }
 
@@ -68,22 +68,22 @@ TEST_F(Names, ComeFromAListThatIsNotSorted) {
   }
   root_.Write("usr/share/misc/pci.ids", list + "8086  Out of its place\n\t51f0  A device\n");
   NameDatabase names(root_.Path());
-  EXPECT_EQ(names.Find(kWireless).vendor, "Out of its place");
-  EXPECT_EQ(names.Find(kWireless).model, "A device");
+  EXPECT_EQ(names.Find(kWirelessAlias).vendor, "Out of its place");
+  EXPECT_EQ(names.Find(kWirelessAlias).model, "A device");
 }
 
 TEST_F(Names, ComeFromALineThatIsLongerThanWhatIsReadAtOnce) {
   const std::string model(100'000, 'x');
   root_.Write("usr/share/misc/pci.ids", "8086  Intel\n\t51f0  " + model + "\n\t51f1  Another\n");
   NameDatabase names(root_.Path());
-  EXPECT_EQ(names.Find(kWireless).model, model);
+  EXPECT_EQ(names.Find(kWirelessAlias).model, model);
   EXPECT_EQ(names.Find("pci:v00008086d000051F1sv00008086sd00000094bc02sc80i00").model, "Another");
 }
 
 TEST_F(Names, AreEmptyWithoutAnySource) {
   NameDatabase names(root_.Path());
-  EXPECT_EQ(names.Find(kWireless).vendor, "");
-  EXPECT_EQ(names.Find(kWireless).model, "");
+  EXPECT_EQ(names.Find(kWirelessAlias).vendor, "");
+  EXPECT_EQ(names.Find(kWirelessAlias).model, "");
   EXPECT_EQ(names.Find("not a modalias").model, "");
 }
 
@@ -92,7 +92,7 @@ TEST_F(Names, AreThoseOfTheListsWhenTheDatabaseIsNone) {
   for (const std::string& bytes : {std::string(), std::string("KSLPHHRH"), std::string(4096, '\xFF')}) {
     root_.Write("usr/lib/udev/hwdb.bin", bytes);
     NameDatabase names(root_.Path());
-    EXPECT_EQ(names.Find(kWireless).model, "Device of the list") << bytes.size() << " bytes";
+    EXPECT_EQ(names.Find(kWirelessAlias).model, "Device of the list") << bytes.size() << " bytes";
   }
 }
 

@@ -16,18 +16,13 @@ namespace {
 
 using std::chrono::milliseconds;
 
-std::string Content(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// Does what the kernel does once `file` has been written.
 class FakeKernel {
  public:
   FakeKernel(std::filesystem::path file, std::function<void()> react)
       : thread_([this, file = std::move(file), react = std::move(react)] {
           while (!stop_) {
-            if (!Content(file).empty()) return react();
+            if (!test::ContentOf(file).empty()) return react();
             std::this_thread::sleep_for(milliseconds(1));
           }
         }) {}
@@ -66,7 +61,7 @@ TEST_F(Uninstalling, TakesAPciFunctionFromItsBus) {
   const auto file = machine_.Path() / kFunction / "remove";
   std::string written;
   const FakeKernel kernel(file, [&] {
-    written = Content(file);
+    written = test::ContentOf(file);
     std::filesystem::remove_all(machine_.Path() / kFunction);
   });
   EXPECT_EQ(RemoveDevice(device), 0u);
@@ -80,7 +75,7 @@ TEST_F(Uninstalling, TakesAUsbDeviceFromItsDriver) {
   std::string written;
   {
     const FakeKernel kernel(file, [&] {
-      written = Content(file);
+      written = test::ContentOf(file);
       std::filesystem::remove(machine_.Path() / kRadio / "driver");
     });
     EXPECT_EQ(RemoveDevice(device), 0u);
@@ -109,7 +104,7 @@ TEST_F(Uninstalling, WritesIntoNoLinkAndNoFolder) {
   machine_.WriteFile("elsewhere", "");
   std::filesystem::create_symlink(machine_.Path() / "elsewhere", device.node / "remove");
   EXPECT_NE(RemoveDevice(device, milliseconds(20)), 0u);
-  EXPECT_EQ(Content(machine_.Path() / "elsewhere"), "");
+  EXPECT_EQ(test::ContentOf(machine_.Path() / "elsewhere"), "");
   std::filesystem::remove(device.node / "remove");
   std::filesystem::create_directory(device.node / "remove");
   EXPECT_NE(RemoveDevice(device, milliseconds(20)), 0u);
@@ -127,7 +122,7 @@ TEST_F(Uninstalling, OfADeviceThatIsNotThereSaysSo) {
   CDeviceInformention information;
   EXPECT_EQ(information.UnstallDeviceByHardwareID(L"PCI\\VEN_FFFF", velmora::setup_class::kNet), 0xE000020Bu);
   EXPECT_EQ(information.UnstallDeviceByHardwareID(L"", velmora::setup_class::kNet), 0xE000020Bu);
-  EXPECT_EQ(Content(machine_.Path() / kFunction / "remove"), "") << "and touches no other";
+  EXPECT_EQ(test::ContentOf(machine_.Path() / kFunction / "remove"), "") << "and touches no other";
 }
 
 }  // namespace

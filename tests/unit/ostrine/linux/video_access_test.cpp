@@ -33,7 +33,7 @@ constexpr const char* kWaking[] = {"config",
 const std::set<std::string> kNotes{"class",    "vendor",   "device", "modalias",       "boot_vga",
                                    "resource", "revision", "uevent", "runtime_status", "mem_info_vram_total"};
 
-void AskEverything(const VideoTree& tree) {
+void AskAllCards(const VideoTree& tree) {
   const VideoCards cards = FindVideoCards(tree.Path());
   for (const auto card : {cards.internal, cards.independent}) {
     if (!card) continue;
@@ -74,7 +74,7 @@ class VideoAccess : public ::testing::Test {
 
 TEST_F(VideoAccess, OpensOnlyTheKernelsNotesOfASleepingCard) {
   test::AccessRecorder recorder(tree_.Path());
-  AskEverything(tree_);
+  AskAllCards(tree_);
   const auto opened = OpenedOfSleepingCard(recorder);
   EXPECT_TRUE(opened.contains("power/runtime_status"));
   for (const std::string& file : opened) {
@@ -84,7 +84,7 @@ TEST_F(VideoAccess, OpensOnlyTheKernelsNotesOfASleepingCard) {
 
 TEST_F(VideoAccess, LeavesTheConnectorsOfASleepingCardAlone) {
   test::AccessRecorder recorder(tree_.Path());
-  AskEverything(tree_);
+  AskAllCards(tree_);
   for (const std::string& file : OpenedOfSleepingCard(recorder)) {
     EXPECT_FALSE(file.starts_with("drm/")) << file;
   }
@@ -118,7 +118,7 @@ TEST_F(VideoAccess, LooksAtEachFactOfTheDisplayOnceForAQuestion) {
 
 TEST_F(VideoAccess, NeverOpensADeviceNodeOrAnythingThatWakesACardThatIsAwake) {
   test::AccessRecorder recorder(tree_.Path());
-  AskEverything(tree_);
+  AskAllCards(tree_);
   const auto opened = recorder.Opened();
   EXPECT_FALSE(opened.empty());
   for (const std::string& path : opened) {

@@ -14,12 +14,13 @@
 namespace ostrine {
 namespace {
 
-using Bytes = std::vector<std::byte>;
-using Record = SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX;
+using RecordBytes = std::vector<std::byte>;
+using SystemRecord = SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX;
 
-constexpr std::size_t kBodyAt = offsetof(Record, Processor);
+constexpr std::size_t kBodyAt = offsetof(SystemRecord, Processor);
 
-void Append(Bytes& records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const void* body, std::size_t size) {
+void Append(RecordBytes& records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const void* body,
+            std::size_t size) {
   const DWORD head[2] = {static_cast<DWORD>(relation), static_cast<DWORD>(kBodyAt + size)};
   const std::size_t start = records.size();
   records.resize(start + kBodyAt + size);
@@ -27,7 +28,7 @@ void Append(Bytes& records, LOGICAL_PROCESSOR_RELATIONSHIP relation, const void*
   std::memcpy(records.data() + start + kBodyAt, body, size);
 }
 
-void AppendCore(Bytes& records, KAFFINITY mask, WORD group = 0, BYTE efficiency = 0) {
+void AppendCore(RecordBytes& records, KAFFINITY mask, WORD group = 0, BYTE efficiency = 0) {
   PROCESSOR_RELATIONSHIP core{};
   core.Reserved[0] = efficiency;
   core.GroupCount = 1;
@@ -36,8 +37,8 @@ void AppendCore(Bytes& records, KAFFINITY mask, WORD group = 0, BYTE efficiency 
   Append(records, RelationProcessorCore, &core, sizeof core);
 }
 
-void AppendCache(Bytes& records, BYTE level, PROCESSOR_CACHE_TYPE type, DWORD size, BYTE ways, KAFFINITY mask,
-                 WORD group = 0) {
+void AppendCache(RecordBytes& records, BYTE level, PROCESSOR_CACHE_TYPE type, DWORD size, BYTE ways,
+                 KAFFINITY mask, WORD group = 0) {
   CACHE_RELATIONSHIP cache{};
   cache.Level = level;
   cache.Associativity = ways;
@@ -50,9 +51,9 @@ void AppendCache(Bytes& records, BYTE level, PROCESSOR_CACHE_TYPE type, DWORD si
 }
 
 /// Two fast cores of two threads, four slow ones that share a level 2 cache; the slow ones are listed first.
-Bytes HybridLaptop() {
+RecordBytes HybridLaptop() {
   constexpr DWORD kKibibyte = 1024;
-  Bytes records;
+  RecordBytes records;
   for (const KAFFINITY slow : {0x10u, 0x20u, 0x40u, 0x80u}) {
     AppendCore(records, slow);
     AppendCache(records, 1, CacheData, 32 * kKibibyte, 8, slow);
@@ -69,11 +70,11 @@ Bytes HybridLaptop() {
   return records;
 }
 
-std::optional<std::uint32_t> Size(const Bytes& records, unsigned int level) {
+std::optional<std::uint32_t> Size(const RecordBytes& records, unsigned int level) {
   return TotalCacheSize(ReadCaches(records, level, CacheExtent::kMachine));
 }
 
-std::optional<std::string> Associativity(const Bytes& records, unsigned int level) {
+std::optional<std::string> Associativity(const RecordBytes& records, unsigned int level) {
   const auto caches = ReadCaches(records, level, CacheExtent::kFirst);
   const Cache* const main = MainCache(caches);
   return main == nullptr ? std::nullopt : AssociativityText(main->ways);
@@ -87,7 +88,7 @@ TEST(ProcessorTopology, CountsCoresOfEveryKindAndTheirThreads) {
 }
 
 TEST(ProcessorTopology, CountsEveryProcessorGroup) {
-  Bytes records;
+  RecordBytes records;
   for (const WORD group : {WORD{0}, WORD{1}}) {
     for (int core = 0; core < 32; ++core) AppendCore(records, KAFFINITY{3} << (2 * core), group);
   }
@@ -98,7 +99,7 @@ TEST(ProcessorTopology, CountsEveryProcessorGroup) {
 }
 
 TEST(ProcessorTopology, AddsUpEachCacheOnce) {
-  const Bytes records = HybridLaptop();
+  const RecordBytes records = HybridLaptop();
   EXPECT_EQ(Size(records, 1), 2u * (48 + 32) + 4u * (32 + 64));
   EXPECT_EQ(Size(records, 2), 2u * 1280 + 2048);
   EXPECT_EQ(Size(records, 3), 18432u);
@@ -106,7 +107,7 @@ TEST(ProcessorTopology, AddsUpEachCacheOnce) {
 }
 
 TEST(ProcessorTopology, TakesTheWaysOfTheFirstProcessorsDataCacheInWhateverOrder) {
-  const Bytes records = HybridLaptop();
+  const RecordBytes records = HybridLaptop();
   EXPECT_EQ(Associativity(records, 1), "12-way Set-Associative");
   EXPECT_EQ(Associativity(records, 2), "10-way Set-Associative");
   EXPECT_EQ(Associativity(records, 3), "12-way Set-Associative");
@@ -114,7 +115,7 @@ TEST(ProcessorTopology, TakesTheWaysOfTheFirstProcessorsDataCacheInWhateverOrder
 }
 
 TEST(ProcessorTopology, KnowsAFullyAssociativeCacheAndOneOfUnknownWays) {
-  Bytes records;
+  RecordBytes records;
   AppendCache(records, 1, CacheUnified, 1024, CACHE_FULLY_ASSOCIATIVE, 1);
   AppendCache(records, 2, CacheUnified, 1024, 0, 1);
   EXPECT_EQ(Associativity(records, 1), "Fully Associative");
@@ -122,7 +123,7 @@ TEST(ProcessorTopology, KnowsAFullyAssociativeCacheAndOneOfUnknownWays) {
 }
 
 TEST(ProcessorTopology, LeavesTraceCachesAndOtherRecordsOut) {
-  Bytes records;
+  RecordBytes records;
   const GROUP_RELATIONSHIP group{};
   Append(records, RelationGroup, &group, sizeof group);
   AppendCache(records, 1, CacheTrace, 12 * 1024, 8, 1);
@@ -132,10 +133,10 @@ TEST(ProcessorTopology, LeavesTraceCachesAndOtherRecordsOut) {
 }
 
 TEST(ProcessorTopology, TellsNothingOfRecordsThatAreNotWhole) {
-  const Bytes whole = HybridLaptop();
+  const RecordBytes whole = HybridLaptop();
   std::size_t read = 0;
   for (std::size_t size = 0; size < whole.size(); ++size) {
-    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+    const RecordBytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
     if (const auto counts = CountProcessors(cut)) {
       ++read;
       EXPECT_LE(counts->cores, 6u);
@@ -148,12 +149,12 @@ TEST(ProcessorTopology, TellsNothingOfRecordsThatAreNotWhole) {
 
 TEST(ProcessorTopology, RefusesSizesAndCountsThatLie) {
   for (const DWORD size : {0u, 7u, 0xFFFFFFFFu}) {
-    Bytes records = HybridLaptop();
-    std::memcpy(records.data() + offsetof(Record, Size), &size, sizeof size);
+    RecordBytes records = HybridLaptop();
+    std::memcpy(records.data() + offsetof(SystemRecord, Size), &size, sizeof size);
     EXPECT_FALSE(CountProcessors(records)) << size;
     EXPECT_EQ(Size(records, 3), std::nullopt) << size;
   }
-  Bytes records = HybridLaptop();
+  RecordBytes records = HybridLaptop();
   const WORD groups = 0xFFFF;
   std::memcpy(records.data() + kBodyAt + offsetof(PROCESSOR_RELATIONSHIP, GroupCount), &groups,
               sizeof groups);

@@ -64,7 +64,7 @@ class FakeCard {
   SP_DEVINFO_DATA data_{};
 };
 
-constexpr const wchar_t* kIntel = L"PCI\\VEN_8086&DEV_46A6&SUBSYS_22E617AA&REV_0C";
+constexpr const wchar_t* kIntelCard = L"PCI\\VEN_8086&DEV_46A6&SUBSYS_22E617AA&REV_0C";
 
 /// Made-up cards are told from a machine's own by being internal ones, of which the machine must have none.
 bool HasOwnInternalCard() { return FindVideoCards().internal.has_value(); }
@@ -80,9 +80,9 @@ TEST(PropertyKeysOfVideo, AreTheSystems) {
 TEST(VideoWindows, TellsTheProcessorsCardFromTheGraphicsCardByItsBus) {
   if (HasOwnInternalCard()) GTEST_SKIP() << "this machine has an internal card of its own";
   const VideoCards own = FindVideoCards();
-  FakeCard graphics(L"ROOT\\DISPLAY\\0101", L"Graphics Card", kIntel);
+  FakeCard graphics(L"ROOT\\DISPLAY\\0101", L"Graphics Card", kIntelCard);
   graphics.SetBus(3);
-  FakeCard internal(L"ROOT\\DISPLAY\\0102", L"Internal Graphics", kIntel);
+  FakeCard internal(L"ROOT\\DISPLAY\\0102", L"Internal Graphics", kIntelCard);
   internal.SetBus(0);
   const FakeCard remote(L"ROOT\\DISPLAY\\0103", L"Remote Display", L"ROOT\\RemoteDisplay");
   const VideoCards cards = FindVideoCards();
@@ -109,7 +109,7 @@ TEST(VideoWindows, KnowsAnApuByItsNeighbourOnTheBus) {
 
 TEST(VideoWindows, TellsTheDriversVersionDateAndMemory) {
   if (HasOwnInternalCard()) GTEST_SKIP() << "this machine has an internal card of its own";
-  FakeCard card(L"ROOT\\DISPLAY\\0106", L"Internal Graphics", kIntel);
+  FakeCard card(L"ROOT\\DISPLAY\\0106", L"Internal Graphics", kIntelCard);
   card.SetBus(0);
   card.SetDriverDate(132'892'704'000'000'000);
   const std::uint32_t short_size = 0xFFF00000;
@@ -126,7 +126,7 @@ TEST(VideoWindows, TellsTheDriversVersionDateAndMemory) {
 
 TEST(VideoWindows, TellsTheProblemCode) {
   if (HasOwnInternalCard()) GTEST_SKIP() << "this machine has an internal card of its own";
-  FakeCard broken(L"ROOT\\DISPLAY\\0107", L"Internal Graphics", kIntel, 43);
+  FakeCard broken(L"ROOT\\DISPLAY\\0107", L"Internal Graphics", kIntelCard, 43);
   broken.SetBus(0);
   const auto shown = FindVideoCards().internal;
   ASSERT_TRUE(shown);
@@ -137,7 +137,7 @@ TEST(VideoWindows, TellsNothingOfACardThatHasGone) {
   if (HasOwnInternalCard()) GTEST_SKIP() << "this machine has an internal card of its own";
   std::optional<std::uint64_t> gone;
   {
-    FakeCard card(L"ROOT\\DISPLAY\\0108", L"Internal Graphics", kIntel);
+    FakeCard card(L"ROOT\\DISPLAY\\0108", L"Internal Graphics", kIntelCard);
     card.SetBus(0);
     gone = FindVideoCards().internal;
     ASSERT_TRUE(gone);
