@@ -79,6 +79,7 @@ class Archive {
   void Value(std::map<std::string, Element>& elements) {
     BeginObject();
     std::vector<std::string> names;
+    names.reserve(elements.size());
     for (const auto& element : elements) names.push_back(element.first);
     for (const std::string& name : Keys(std::move(names))) {
       Enter(name);
