@@ -13,7 +13,7 @@ std::size_t CountAudioDevices(const Machine& machine) {
   }));
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryAudio(const Question& question) {
   if (!question.machine.devices) return std::nullopt;
   if (question.device_number || question.information_id != 0) return Refused{};
   return static_cast<std::uint32_t>(CountAudioDevices(question.machine));
@@ -21,7 +21,8 @@ std::optional<Information> Query(const Question& question) {
 
 }  // namespace
 
-const DeviceClassScript kAudioScript{
-    .device_class = velmora::hal::DeviceClass::kAudio, .query = Query, .count_entries = CountAudioDevices};
+const DeviceClassScript kAudioScript{.device_class = velmora::hal::DeviceClass::kAudio,
+                                     .query = QueryAudio,
+                                     .count_entries = CountAudioDevices};
 
 }  // namespace simulator

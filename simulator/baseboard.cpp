@@ -5,7 +5,7 @@
 namespace simulator {
 namespace {
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryBaseboard(const Question& question) {
   static constexpr std::array kTexts{&Baseboard::product,          &Baseboard::manufacturer,
                                      &Baseboard::version,          &Baseboard::serial_number,
                                      &Baseboard::bios_version,     &Baseboard::bios_manufacturer,
@@ -19,6 +19,6 @@ std::optional<Information> Query(const Question& question) {
 }  // namespace
 
 const DeviceClassScript kBaseboardScript{.device_class = velmora::hal::DeviceClass::kBaseboard,
-                                         .query = Query};
+                                         .query = QueryBaseboard};
 
 }  // namespace simulator

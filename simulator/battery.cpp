@@ -38,7 +38,7 @@ Information ThresholdOf(const std::vector<Battery>& batteries) {
                  static_cast<char>(found->threshold->stop_percent)}};
 }
 
-Information Answer(const Batteries& section, const Question& question) {
+Information AnswerBattery(const Batteries& section, const Question& question) {
   const auto& batteries = section.batteries;
   switch (static_cast<BatteryFact>(question.information_id)) {
     case BatteryFact::kManufacturer:
@@ -57,10 +57,10 @@ Information Answer(const Batteries& section, const Question& question) {
       Reported(batteries), static_cast<ostrine::BatteryNumber>(question.information_id)));
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryBattery(const Question& question) {
   const auto& section = question.machine.battery;
   if (!section) return std::nullopt;
-  return Answer(*section, question);
+  return AnswerBattery(*section, question);
 }
 
 /// All batteries that have a threshold take the new one, or none does.
@@ -82,6 +82,6 @@ bool Set(Machine& machine, unsigned int information_id, std::span<const unsigned
 }  // namespace
 
 const DeviceClassScript kBatteryScript{
-    .device_class = velmora::hal::DeviceClass::kBattery, .query = Query, .set = Set};
+    .device_class = velmora::hal::DeviceClass::kBattery, .query = QueryBattery, .set = Set};
 
 }  // namespace simulator

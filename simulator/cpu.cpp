@@ -3,7 +3,7 @@
 namespace simulator {
 namespace {
 
-Information Answer(const Cpu& cpu, unsigned int information_id) {
+Information AnswerProcessor(const Cpu& cpu, unsigned int information_id) {
   switch (information_id) {
     case 0:
       return NarrowOrRefused(cpu.vendor);
@@ -42,14 +42,15 @@ Information Answer(const Cpu& cpu, unsigned int information_id) {
   }
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryProcessor(const Question& question) {
   const auto& cpu = question.machine.cpu;
   if (!cpu) return std::nullopt;
-  return Answer(*cpu, question.information_id);
+  return AnswerProcessor(*cpu, question.information_id);
 }
 
 }  // namespace
 
-const DeviceClassScript kCpuScript{.device_class = velmora::hal::DeviceClass::kProcessor, .query = Query};
+const DeviceClassScript kCpuScript{.device_class = velmora::hal::DeviceClass::kProcessor,
+                                   .query = QueryProcessor};
 
 }  // namespace simulator

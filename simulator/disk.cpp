@@ -3,7 +3,7 @@
 namespace simulator {
 namespace {
 
-Information Answer(const Disk& disk, unsigned int information_id) {
+Information AnswerDisk(const Disk& disk, unsigned int information_id) {
   switch (information_id) {
     case 0:
       return WideOrRefused(disk.media_type);
@@ -28,10 +28,10 @@ Information Answer(const Disk& disk, unsigned int information_id) {
   }
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryDisk(const Question& question) {
   const auto& disks = question.machine.disks;
   if (!disks) return std::nullopt;
-  if (question.device_number) return Answer(disks->at(*question.device_number), question.information_id);
+  if (question.device_number) return AnswerDisk(disks->at(*question.device_number), question.information_id);
   if (question.information_id == 7) return static_cast<std::uint32_t>(disks->size());
   return Refused{};
 }
@@ -47,7 +47,7 @@ bool Opens(const Machine& machine, std::uint32_t number) {
 }  // namespace
 
 const DeviceClassScript kDiskScript{.device_class = velmora::hal::DeviceClass::kDisk,
-                                    .query = Query,
+                                    .query = QueryDisk,
                                     .count_entries = CountDisks,
                                     .opens = Opens};
 

@@ -19,7 +19,7 @@ std::vector<std::uint32_t> NumberFailing(const Machine& machine) {
 
 std::size_t CountFailing(const Machine& machine) { return NumberFailing(machine).size(); }
 
-Information Answer(const Device& device, unsigned int information_id) {
+Information AnswerFailingDriver(const Device& device, unsigned int information_id) {
   switch (information_id) {
     case 0:
       return Narrow{device.display_name.empty() ? device.description : device.display_name};
@@ -40,17 +40,17 @@ Information Answer(const Device& device, unsigned int information_id) {
   }
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryFailingDriver(const Question& question) {
   const auto& devices = question.machine.devices;
   if (!devices) return std::nullopt;
   if (!question.device_number) return Refused{};
-  return Answer(devices->at(*question.device_number), question.information_id);
+  return AnswerFailingDriver(devices->at(*question.device_number), question.information_id);
 }
 
 }  // namespace
 
 const DeviceClassScript kFailingDriverScript{.device_class = velmora::hal::DeviceClass::kFailingDriver,
-                                             .query = Query,
+                                             .query = QueryFailingDriver,
                                              .count_entries = CountFailing,
                                              .number_entries = NumberFailing,
                                              .entry_size = velmora::hal::kFailingDriverSize};

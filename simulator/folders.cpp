@@ -23,7 +23,7 @@ namespace velmora::os {
 namespace {
 
 constexpr Error kWrittenTo = 1006;
-constexpr const char* kCloser = "CloseFolder";
+constexpr const char* kFolderCloser = "CloseFolder";
 
 struct OpenedFolder {
   std::string path;  ///< in full, with every link followed
@@ -48,11 +48,11 @@ std::optional<std::string> StepDown(Machine& machine, const std::string& folder,
   }
 }
 
-FolderHandle Open(Entered& call, const std::string& path) {
+FolderHandle OpenAt(Entered& call, const std::string& path) {
   const File* file = PlainFolder(call.session.machine, path);
   if (file == nullptr) return Refuse(kErrorPathNotFound);
   if (file->list_error != 0) return Refuse(file->list_error);
-  return call.session.Open(kCloser, OpenedFolder{path, std::nullopt});
+  return call.session.Open(kFolderCloser, OpenedFolder{path, std::nullopt});
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ FolderHandle OpenFolderA(const char* pattern) {
   const std::string_view text = pattern;
   if (!text.ends_with(kEverything)) return Refuse(kErrorPathNotFound);
   const auto path = simulator::ResolvePath(machine, text.substr(0, text.size() - kEverything.size()), true);
-  return path ? Open(call, *path) : Refuse(kErrorPathNotFound);
+  return path ? OpenAt(call, *path) : Refuse(kErrorPathNotFound);
 }
 
 FolderHandle OpenSubfolderA(FolderHandle folder, const char* path) {
@@ -75,7 +75,7 @@ FolderHandle OpenSubfolderA(FolderHandle folder, const char* path) {
   const auto* opened = call.session.Find<OpenedFolder>(folder, "OpenSubfolderA");
   if (opened == nullptr) return Refuse(kErrorInvalidHandle);
   const auto full = StepDown(call.session.machine, opened->path, path);
-  return full ? Open(call, *full) : Refuse(kErrorPathNotFound);
+  return full ? OpenAt(call, *full) : Refuse(kErrorPathNotFound);
 }
 
 bool ReadFolderA(FolderHandle folder, FolderEntry& entry) {
@@ -104,7 +104,7 @@ bool DeleteFileBelowA(FolderHandle folder, const char* path, const FileTime& las
 
 bool CloseFolder(FolderHandle folder) {
   const Closing call("CloseFolder");
-  const bool was_open = call.session.Close(folder, kCloser);
+  const bool was_open = call.session.Close(folder, kFolderCloser);
   return Succeed(was_open && !call.Fails() ? 0 : kErrorInvalidHandle);
 }
 

@@ -69,7 +69,7 @@ void* MakeTable(Session& session, const DeviceClassScript& script) {
 }
 
 /// Reports a call that nothing was scripted for; it fails.
-int Unscripted(Entered& call, const char* function, unsigned int device_class) {
+int UnscriptedClass(Entered& call, const char* function, unsigned int device_class) {
   call.session.ReportUnscripted(function, "device class " + std::to_string(device_class));
   return 0;
 }
@@ -116,7 +116,7 @@ int HalQueryInformation(unsigned int device_class, void* device, unsigned int in
   const auto information =
       script == nullptr ? std::nullopt
                         : script->query({call.session.machine, argument.number, information_id, buffer_size});
-  if (!information) return Unscripted(call, "HalQueryInformation", device_class);
+  if (!information) return UnscriptedClass(call, "HalQueryInformation", device_class);
   return simulator::WriteInformation(*information, bytes, returned_size) ? 1 : 0;
 }
 
@@ -126,7 +126,8 @@ int HalSetInformation(unsigned int device_class, void* device, unsigned int info
                buffer_size);
   if (call.fault != Fault::kNone) return call.Fails() ? 0 : 1;
   const auto* script = FindScript(device_class);
-  if (script == nullptr || script->set == nullptr) return Unscripted(call, "HalSetInformation", device_class);
+  if (script == nullptr || script->set == nullptr)
+    return UnscriptedClass(call, "HalSetInformation", device_class);
   const std::span bytes(static_cast<const unsigned char*>(buffer), buffer_size);
   return script->set(call.session.machine, information_id, bytes) ? 1 : 0;
 }
@@ -138,7 +139,8 @@ int HalOpenDevice(unsigned int device_class, void* device_record) {
     simulator::ReportProblem("HalOpenDevice was given a record that is not zeroed");
   }
   const auto* script = FindScript(device_class);
-  if (script == nullptr || script->opens == nullptr) return Unscripted(call, "HalOpenDevice", device_class);
+  if (script == nullptr || script->opens == nullptr)
+    return UnscriptedClass(call, "HalOpenDevice", device_class);
   if (call.Fails() || !script->opens(call.session.machine, record.number)) return 0;
   record.handle = call.session.OpenHandle();
   return 1;

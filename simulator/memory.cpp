@@ -3,7 +3,7 @@
 namespace simulator {
 namespace {
 
-Information Answer(const MemoryModule& module, unsigned int information_id) {
+Information AnswerModule(const MemoryModule& module, unsigned int information_id) {
   switch (information_id) {
     case 1:
       return NarrowOrRefused(module.locator);
@@ -22,10 +22,11 @@ Information Answer(const MemoryModule& module, unsigned int information_id) {
   }
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryMemory(const Question& question) {
   const auto& modules = question.machine.memory_modules;
   if (!modules) return std::nullopt;
-  if (question.device_number) return Answer(modules->at(*question.device_number), question.information_id);
+  if (question.device_number)
+    return AnswerModule(modules->at(*question.device_number), question.information_id);
   if (question.information_id == 0) return static_cast<std::uint32_t>(modules->size());
   return Refused{};
 }
@@ -37,7 +38,7 @@ std::size_t CountModules(const Machine& machine) {
 }  // namespace
 
 const DeviceClassScript kMemoryScript{.device_class = velmora::hal::DeviceClass::kMemory,
-                                      .query = Query,
+                                      .query = QueryMemory,
                                       .count_entries = CountModules,
                                       .entry_size = velmora::hal::kMemoryEntrySize};
 

@@ -24,7 +24,7 @@ namespace {
 constexpr Error kNoProgram = 193;
 constexpr std::uint32_t kRightToEnd = 1;
 constexpr std::uint32_t kStandardInput = 0xFFFFFFF6;
-constexpr const char* kCloser = "CloseHandle";
+constexpr const char* kProcessCloser = "CloseHandle";
 
 struct OpenedProcess {
   std::uint32_t process_id;
@@ -73,7 +73,7 @@ Handle OpenProcess(std::uint32_t access, bool inherit, std::uint32_t process_id,
     return Refuse(kErrorInvalidParameter);
   }
   if (process->open_error != 0) return Refuse(process->open_error);
-  return call.session.Open(kCloser, OpenedProcess{process_id, access});
+  return call.session.Open(kProcessCloser, OpenedProcess{process_id, access});
 }
 
 bool TerminateProcess(Handle handle, std::uint32_t exit_code) {
@@ -98,8 +98,8 @@ bool CreateProcessW(const wchar_t* application, wchar_t* command_line, bool inhe
   if (error != 0) return Succeed(error);
   const std::uint32_t process_id = AddProcess(call.session, unicode::Utf8FromWide(application));
   constexpr std::uint32_t kAllAccess = 0x1FFFFF;
-  information.process = call.session.Open(kCloser, OpenedProcess{process_id, kAllAccess});
-  information.thread = call.session.Open(kCloser, OpenedThread{});
+  information.process = call.session.Open(kProcessCloser, OpenedProcess{process_id, kAllAccess});
+  information.thread = call.session.Open(kProcessCloser, OpenedThread{});
   information.process_id = process_id;
   information.thread_id = process_id + 1;
   return true;

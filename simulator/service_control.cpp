@@ -26,7 +26,7 @@ constexpr Error kNotRunning = 1062;
 constexpr std::uint32_t kStopped = 1;
 constexpr std::uint32_t kRunning = 4;
 constexpr std::uint32_t kStopControl = 1;
-constexpr const char* kCloser = "CloseServiceHandle";
+constexpr const char* kServiceCloser = "CloseServiceHandle";
 
 /// Rights that a service must have been opened with.
 enum Right : std::uint32_t { kQueryStatus = 0x4, kStart = 0x10, kStop = 0x20 };
@@ -48,7 +48,7 @@ Service* FindService(Session& session, const std::wstring& name) {
 }
 
 /// The service behind a handle; when it cannot be used, null and the reason in `error`.
-Service* Use(Session& session, ServiceHandle handle, Right right, const char* function, Error& error) {
+Service* UseService(Session& session, ServiceHandle handle, Right right, const char* function, Error& error) {
   const auto* opened = session.Find<OpenService>(handle, function);
   error = kErrorInvalidHandle;
   if (opened == nullptr) return nullptr;
@@ -69,7 +69,7 @@ ServiceHandle OpenSCManagerW(const wchar_t* machine, const wchar_t* database, st
   if (!call.session.machine.services) {
     return Refuse(simulator::Unscripted(call.session, "OpenSCManagerW", "services"));
   }
-  return call.session.Open(kCloser, ManagerHandle{});
+  return call.session.Open(kServiceCloser, ManagerHandle{});
 }
 
 ServiceHandle OpenServiceW(ServiceHandle manager, const wchar_t* name, std::uint32_t access) {
@@ -80,14 +80,14 @@ ServiceHandle OpenServiceW(ServiceHandle manager, const wchar_t* name, std::uint
   const Service* service = FindService(call.session, name);
   if (service == nullptr) return Refuse(kNoSuchService);
   if (service->open_error != 0) return Refuse(service->open_error);
-  return call.session.Open(kCloser, OpenService{name, access});
+  return call.session.Open(kServiceCloser, OpenService{name, access});
 }
 
 bool QueryServiceStatus(ServiceHandle handle, ServiceStatus& status) {
   Entered call("QueryServiceStatus");
   if (call.fault != Fault::kNone) return Succeed(InjectedResult(call));
   Error error = 0;
-  const Service* service = Use(call.session, handle, kQueryStatus, "QueryServiceStatus", error);
+  const Service* service = UseService(call.session, handle, kQueryStatus, "QueryServiceStatus", error);
   if (service == nullptr) return Succeed(error);
   if (service->query_error == 0) status.current_state = service->state;
   return Succeed(service->query_error);
@@ -97,7 +97,7 @@ bool ControlService(ServiceHandle handle, std::uint32_t control, ServiceStatus& 
   Entered call("ControlService", control);
   if (call.fault != Fault::kNone) return Succeed(InjectedResult(call));
   Error error = 0;
-  Service* service = Use(call.session, handle, kStop, "ControlService", error);
+  Service* service = UseService(call.session, handle, kStop, "ControlService", error);
   if (service == nullptr) return Succeed(error);
   if (control != kStopControl) return Succeed(kErrorInvalidParameter);
   if (service->state == kStopped) return Succeed(kNotRunning);
@@ -110,7 +110,7 @@ bool StartServiceW(ServiceHandle handle, std::uint32_t count, const wchar_t** ar
   Entered call("StartServiceW", count, static_cast<const void*>(arguments));
   if (call.fault != Fault::kNone) return Succeed(InjectedResult(call));
   Error error = 0;
-  Service* service = Use(call.session, handle, kStart, "StartServiceW", error);
+  Service* service = UseService(call.session, handle, kStart, "StartServiceW", error);
   if (service == nullptr) return Succeed(error);
   if (service->state == kRunning) return Succeed(kAlreadyRunning);
   if (service->start_error == 0) service->state = service->state_after_start;
@@ -119,7 +119,7 @@ bool StartServiceW(ServiceHandle handle, std::uint32_t count, const wchar_t** ar
 
 bool CloseServiceHandle(ServiceHandle handle) {
   const Closing call("CloseServiceHandle");
-  const bool was_open = call.session.Close(handle, kCloser);
+  const bool was_open = call.session.Close(handle, kServiceCloser);
   return Succeed(was_open && !call.Fails() ? 0 : kErrorInvalidHandle);
 }
 

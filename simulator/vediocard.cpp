@@ -21,7 +21,7 @@ Information AnswerCard(const VideoCard& card, unsigned int fact) {
   }
 }
 
-Information Answer(const Video& video, unsigned int information_id) {
+Information AnswerVideo(const Video& video, unsigned int information_id) {
   if (information_id >= 1 && information_id <= 6) return AnswerCard(video.internal, information_id - 1);
   if (information_id >= 7 && information_id <= 12) return AnswerCard(video.independent, information_id - 7);
   switch (information_id) {
@@ -44,10 +44,10 @@ Information Answer(const Video& video, unsigned int information_id) {
   }
 }
 
-std::optional<Information> Query(const Question& question) {
+std::optional<Information> QueryVideo(const Question& question) {
   const auto& video = question.machine.video;
   if (!video) return std::nullopt;
-  return Answer(*video, question.information_id);
+  return AnswerVideo(*video, question.information_id);
 }
 
 std::size_t CountCards(const Machine& machine) {
@@ -57,6 +57,6 @@ std::size_t CountCards(const Machine& machine) {
 }  // namespace
 
 const DeviceClassScript kVideoScript{
-    .device_class = velmora::hal::DeviceClass::kVideo, .query = Query, .count_entries = CountCards};
+    .device_class = velmora::hal::DeviceClass::kVideo, .query = QueryVideo, .count_entries = CountCards};
 
 }  // namespace simulator

@@ -64,20 +64,20 @@ const wchar_t* StateWord(std::uint32_t state) {
   }
 }
 
-ostrine::WqlRecord RecordOf(const Process& process) {
+ostrine::WqlRecord WqlRecordOf(const Process& process) {
   return {{L"ProcessId", std::uint64_t{process.process_id}},
           {L"Caption", WideFromUtf8(process.caption)},
           {L"Name", WideFromUtf8(process.caption)},
           {L"ExecutablePath", WideFromUtf8(process.executable_path)}};
 }
 
-ostrine::WqlRecord RecordOf(const Service& service) {
+ostrine::WqlRecord WqlRecordOf(const Service& service) {
   return {{L"Name", WideFromUtf8(service.name)},
           {L"DisplayName", WideFromUtf8(service.display_name)},
           {L"State", StateWord(service.state)}};
 }
 
-ostrine::WqlRecord RecordOf(const WmiRow& row) {
+ostrine::WqlRecord WqlRecordOf(const WmiRow& row) {
   ostrine::WqlRecord record;
   for (const auto& [name, value] : row) {
     if (const auto* text = std::get_if<std::string>(&value)) {
@@ -91,7 +91,7 @@ ostrine::WqlRecord RecordOf(const WmiRow& row) {
 
 template <class Elements>
 void Append(const Elements& elements, WqlRecords& records) {
-  for (const auto& element : elements) records.push_back(RecordOf(element));
+  for (const auto& element : elements) records.push_back(WqlRecordOf(element));
 }
 
 }  // namespace
