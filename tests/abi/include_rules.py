@@ -42,7 +42,8 @@ RULES = [
     (r"src/platform/os/\w+\.h", [CONTRACTS, r'"velmora/export\.h"']),
     (r"src/platform/windows/\w+\.(h|cpp)", [ANY_SYSTEM, CONTRACTS, PLATFORM, r'"platform/windows/\w+\.h"']),
     (r"src/platform/linux/\w+\.(h|cpp)", [ANY_SYSTEM, CONTRACTS, PLATFORM, r'"platform/linux/\w+\.h"']),
-    (r"src/platform/logging\.(h|cpp)", [CONTRACTS, PLATFORM, LOGGING]),
+    (r"src/platform/logging\.cpp", [CONTRACTS, PLATFORM, LOGGING]),
+    (r"src/platform/logging\.h", [PLATFORM, r'"logging/level\.h"']),  # which everything includes
     (r"src/platform/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM]),
     (rf"src/({SUBSYSTEMS})/\w+\.(h|cpp)", [PUBLIC, CONTRACTS, PLATFORM, DECISION]),
     (r"ostrine/common/cpuid_instruction\.cpp", [r"<cpuid\.h>", r'"ostrine/common/\w+\.h"']),
