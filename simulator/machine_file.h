@@ -23,8 +23,9 @@ Machine ReadMachine(const std::filesystem::path& file);
 /// The same from text; `file` only names it in errors.
 Machine ParseMachine(std::string_view json, const std::string& file);
 
-/// The text of a machine file that reads back as `machine`. Throws MachineFileError for a machine with text
-/// that is not UTF-8, which no file can hold.
+/// The text of a machine file that reads back as `machine`, but for what it does not script although a file
+/// that does not name it does. Throws MachineFileError for a machine with text that is not UTF-8, which no
+/// file can hold.
 std::string WriteMachine(const Machine& machine);
 
 }  // namespace simulator
