@@ -39,11 +39,12 @@ if(VELMORA_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# velmora_sources(RESULT FOLDER... [EXCEPT NAMES]): the folders' own files, not those of the folders below, without those
-# whose names match. With VELMORA_JOIN the compiler reads them in groups.
+# velmora_sources(RESULT FOLDER... [EXCEPT NAMES] [ALSO FILE...]): the folders' own files, not those of the folders
+# below, without those whose names match, and the files from elsewhere. With VELMORA_JOIN the compiler reads them in
+# groups.
 function(velmora_sources result)
-  cmake_parse_arguments(SOURCES "" "EXCEPT" "" ${ARGN})
-  set(all)
+  cmake_parse_arguments(SOURCES "" "EXCEPT" "ALSO" ${ARGN})
+  list(TRANSFORM SOURCES_ALSO PREPEND ${CMAKE_SOURCE_DIR}/ OUTPUT_VARIABLE all)
   foreach(folder IN LISTS SOURCES_UNPARSED_ARGUMENTS)
     file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
     if(SOURCES_EXCEPT)
@@ -58,10 +59,10 @@ function(velmora_sources result)
 endfunction()
 
 # velmora_join(RESULT NAME SOURCE...): sources in the build folder, named after NAME, that each include a group of those
-# given. A group is as long as keeps the compiler busy for some ten seconds.
+# given. A group keeps the compiler busy for some ten seconds: longer ones gain nothing more.
 function(velmora_join result name)
   set(script ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
-  execute_process(COMMAND /usr/bin/python3 ${script} 60000 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
+  execute_process(COMMAND /usr/bin/python3 ${script} 120000 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
   # A source may have got a name that another of its group has.
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script} ${ARGN})
