@@ -78,34 +78,6 @@ class TerminationNotice {
   std::terminate_handler previous_;
 };
 
-/// Runs the operation with `point` going wrong, or clean without one.
-RunResult RunOnce(const Operation& operation, const simulator::Machine& machine,
-                  const std::optional<Point>& point) {
-  RunResult result;
-  const CapturedProblems captured;
-  {
-    auto run = simulator::Use(machine);
-    if (point && point->fault) run.Inject(*point->fault, point->place, point->forever);
-    const AllocationCounter allocations;
-    try {
-      std::optional<FailingAllocation> failing;
-      if (point && !point->fault) failing.emplace(point->place, point->forever);
-      operation.Run();
-    } catch (const std::exception& error) {
-      result.has_thrown = true;
-      result.outcome = error.what();
-    } catch (...) {
-      result.has_thrown = true;
-      result.outcome = "something that is no std::exception";
-    }
-    result.allocations = allocations.Count();
-    result.calls = run.Calls();
-  }
-  if (!result.has_thrown) result.outcome = operation.TakeOutcome();
-  result.problems = captured.Problems();
-  return result;
-}
-
 /// Says what is wrong with a result; nothing when all is well.
 std::vector<std::string> Judge(const Operation& operation, const std::string& clean, const Point& point,
                                const RunResult& result) {
@@ -125,11 +97,11 @@ std::vector<std::string> Judge(const Operation& operation, const std::string& cl
 class Torturer {
  public:
   Torturer(const Operation& operation, const simulator::Machine& machine, std::string place)
-      : operation_(operation), machine_(machine), place_(std::move(place)) {}
+      : operation_(operation), machine_(machine), used_(machine), place_(std::move(place)) {}
 
   Survey Run() {
-    RunOnce(operation_, machine_, std::nullopt);  // what is set up at first use is no allocation of the next
-    const RunResult clean = RunOnce(operation_, machine_, std::nullopt);
+    RunOnce(std::nullopt);  // what is set up at first use is no allocation of the next
+    const RunResult clean = RunOnce(std::nullopt);
     Note("run clean", clean.problems);
     if (clean.has_thrown) Note("run clean", {"threw " + clean.outcome});
     clean_ = clean.outcome;
@@ -141,6 +113,35 @@ class Torturer {
   }
 
  private:
+  /// Runs the operation with `point` going wrong, or clean without one.
+  RunResult RunOnce(const std::optional<Point>& point) {
+    RunResult result;
+    const CapturedProblems captured;
+    {
+      auto run = simulator::Use(std::move(used_));
+      if (point && point->fault) run.Inject(*point->fault, point->place, point->forever);
+      const AllocationCounter allocations;
+      try {
+        std::optional<FailingAllocation> failing;
+        if (point && !point->fault) failing.emplace(point->place, point->forever);
+        operation_.Run();
+      } catch (const std::exception& error) {
+        result.has_thrown = true;
+        result.outcome = error.what();
+      } catch (...) {
+        result.has_thrown = true;
+        result.outcome = "something that is no std::exception";
+      }
+      result.allocations = allocations.Count();
+      result.calls = run.Calls();
+      used_ = std::move(run.machine());
+    }
+    if (used_ != machine_) used_ = machine_;
+    if (!result.has_thrown) result.outcome = operation_.TakeOutcome();
+    result.problems = captured.Problems();
+    return result;
+  }
+
   void TryEach(std::optional<Fault> fault, int count) {
     const auto places = PlacesToTry(count);
     survey_.left_out += 2 * (count - static_cast<int>(places.size()));
@@ -153,7 +154,7 @@ class Torturer {
   void Try(const Point& point) {
     const TerminationNotice notice(place_ + ": " + Describe(point));
     ++survey_.points;
-    Note(Describe(point), Judge(operation_, clean_, point, RunOnce(operation_, machine_, point)));
+    Note(Describe(point), Judge(operation_, clean_, point, RunOnce(point)));
   }
 
   void Note(const std::string& when, const std::vector<std::string>& findings) {
@@ -162,6 +163,7 @@ class Torturer {
 
   const Operation& operation_;
   const simulator::Machine& machine_;
+  simulator::Machine used_;  // equal between runs: comparing takes much less than copying
   std::string place_;
   std::string clean_;
   Survey survey_;
