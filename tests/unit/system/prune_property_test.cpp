@@ -116,7 +116,7 @@ std::set<std::string> Left(const Machine& machine) {
 /// How many trees a run goes through: as many as VELMORA_TREES says, else few enough not to be waited for.
 int Trees() {
   const char* const wanted = std::getenv("VELMORA_TREES");
-  return wanted != nullptr ? std::max(1, std::atoi(wanted)) : 10'000;
+  return wanted != nullptr ? std::max(1, std::atoi(wanted)) : 3'000;
 }
 
 TEST(PruningATree, LeavesExactlyTheNewestAndAllThatIsNoFile) {
