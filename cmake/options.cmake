@@ -59,10 +59,10 @@ function(velmora_sources result)
 endfunction()
 
 # velmora_join(RESULT NAME SOURCE...): sources in the build folder, named after NAME, that each include a group of those
-# given. A group keeps the compiler busy for some ten seconds: longer ones gain nothing more.
+# given.
 function(velmora_join result name)
   set(script ${CMAKE_SOURCE_DIR}/scripts/source_groups.py)
-  execute_process(COMMAND /usr/bin/python3 ${script} 120000 ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
+  execute_process(COMMAND /usr/bin/python3 ${script} ${ARGN} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
   # A source may have got a name that another of its group has.
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script} ${ARGN})

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Sorts sources into groups that can be one text for the compiler: source_groups.py SIZE FILE...
+"""Sorts sources into groups that can be one text for the compiler: source_groups.py FILE...
 
 Nearly all of a compiler's work is in the headers, which a group reads once. Prints a line for each group, its files
 separated by semicolons.
@@ -7,6 +7,8 @@ separated by semicolons.
 import re
 import sys
 from pathlib import Path
+
+SIZE = 120_000  # characters that a group may have: some ten seconds' work; longer groups gain nothing more
 
 # What is no name of a source's own, although it stands where one would.
 COMMON = {"TEST", "TEST_F", "TEST_P", "MATCHER", "MATCHER_P", "INSTANTIATE_TEST_SUITE_P", "static_assert", "const",
@@ -38,8 +40,8 @@ def own_names(text):
     return names
 
 
-def groups(paths, size):
-    """The paths in lists of at most `size` characters, in which no source has a word that another keeps to
+def groups(paths):
+    """The paths in lists of at most SIZE characters, in which no source has a word that another keeps to
     itself. A longer source is one by itself."""
     rows = []
     for path in paths:
@@ -47,7 +49,7 @@ def groups(paths, size):
         text = SILENT.sub('""', whole.replace("}  // namespace", "}  namespace"))
         names, words = own_names(text), set(re.findall(r"\w+", MEMBER.sub(r"\1", text)))
         row = next((row for row in rows
-                    if row.length + len(whole) <= size and not row.names & words and not row.words & names), None)
+                    if row.length + len(whole) <= SIZE and not row.names & words and not row.words & names), None)
         if not row:
             row = Group()
             rows.append(row)
@@ -59,5 +61,5 @@ def groups(paths, size):
 
 
 if __name__ == "__main__":
-    for group in groups(sys.argv[2:], int(sys.argv[1])):
+    for group in groups(sys.argv[1:]):
         print(";".join(group))

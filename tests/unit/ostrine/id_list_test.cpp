@@ -94,7 +94,7 @@ void ExpectTheSameNames(std::string_view list, const ListedNumbers& numbers, boo
 
 TEST(IdListByHalves, HasTheSameNamesAsTheWholeListSortedOrNot) {
   std::mt19937 random(11);
-  for (int i = 0; i < 90; ++i) {
+  for (int i = 0; i < 180; ++i) {
     const bool is_sorted = i % 2 == 0;
     const auto vendors = RandomEntries(random, i % 5 == 0 ? 3 : 40, 2, is_sorted);
     std::string list = "# a list\n";
